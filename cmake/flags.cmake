@@ -1,0 +1,21 @@
+# The one place for compile flags. What ships links `zyl::shipped_flags`; the lab, the client and the
+# tests link `zyl::flags`.
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+add_library(zyl_flags INTERFACE)
+add_library(zyl::flags ALIAS zyl_flags)
+target_compile_options(zyl_flags INTERFACE -Wall -Wextra -Werror)
+# Headers are named from the root of the project: "driver/zyl_driver.h".
+target_include_directories(zyl_flags INTERFACE ${PROJECT_SOURCE_DIR})
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    target_compile_options(zyl_flags INTERFACE -Wthread-safety)
+endif()
+
+add_library(zyl_shipped_flags INTERFACE)
+add_library(zyl::shipped_flags ALIAS zyl_shipped_flags)
+target_link_libraries(zyl_shipped_flags INTERFACE zyl::flags)
+target_compile_options(zyl_shipped_flags INTERFACE -fno-exceptions -fno-rtti)

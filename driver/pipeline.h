@@ -1,0 +1,57 @@
+// Buffers that travel between the tuning files, the settings and the DSP.
+
+#ifndef ZYL_DRIVER_PIPELINE_H
+#define ZYL_DRIVER_PIPELINE_H
+
+#include <cstdint>
+#include <memory>
+
+#include "driver/parameter_table.h"
+#include "driver/zyl_quorin_ioctl.h"
+
+// The size of one pipeline image in bytes, asked of the conversion library.
+uint32_t quorinPipelineSize();
+
+// One pipeline image, optionally with room for the upload header in front of it, so that header and
+// image go to the DSP in one piece. Sized by the conversion library when it is made. The contents
+// are not cleared.
+class zylQuorinPipelineCtrl {
+  public:
+    enum Header : bool { kWithoutHeader = false, kWithHeader = true };
+
+    explicit zylQuorinPipelineCtrl(Header header);
+    zylQuorinPipelineCtrl(const zylQuorinPipelineCtrl&) = delete;
+    zylQuorinPipelineCtrl& operator=(const zylQuorinPipelineCtrl&) = delete;
+
+    uint8_t* data() { return mArray.get() + mHeaderSize; }
+    uint32_t pipelineSize() const { return mPipelineSize; }
+
+    // Only with a header.
+    ParamBlockHeader* header() { return reinterpret_cast<ParamBlockHeader*>(mArray.get()); }
+
+    void clear();
+
+    // Writes `size` bytes at a byte offset of the image. A place that is not wholly inside the
+    // image is left out: the offsets come from a library that this service cannot vouch for.
+    void put(int64_t offset, const void* bytes, uint32_t size);
+
+  private:
+    const uint32_t mPipelineSize;
+    const uint32_t mHeaderSize;
+    const std::unique_ptr<uint8_t[]> mArray;
+};
+
+// The upload of a single parameter: a header and a payload that always has room for one 32-bit
+// word, whatever the parameter's size is. Zeroed.
+class ParameterBuffer {
+  public:
+    explicit ParameterBuffer(uint32_t payloadSize, uint32_t firstWord = 0);
+
+    ParamBlockHeader* header() { return reinterpret_cast<ParamBlockHeader*>(mWords.get()); }
+    uint8_t* payload() { return reinterpret_cast<uint8_t*>(header() + 1); }
+
+  private:
+    const std::unique_ptr<uint32_t[]> mWords;
+};
+
+#endif  // ZYL_DRIVER_PIPELINE_H

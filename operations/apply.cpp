@@ -1,0 +1,90 @@
+// The apply path: how settings become what the DSP runs.
+
+#include "service/zyl_kwo_service.h"
+
+namespace {
+
+constexpr uint32_t kForcedStereoMode = 3;
+
+}  // namespace
+
+int32_t zyl_kwo_service::loadBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block, bool on) {
+    const std::string file = settings().getTuningFileName(static_cast<zylRoute>(block), on);
+    return mDriver.LoadParamBlock(ctrl, block, file);
+}
+
+int32_t zyl_kwo_service::uploadBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block) {
+    mSettingsHolder->applySettingsToPipeline(ctrl, block);
+    return mDriver.sendParamBlock(ctrl, block);
+}
+
+int32_t zyl_kwo_service::rebuildBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block) {
+    const int32_t result = loadBlock(ctrl, block, settings().getEnabled() != 0);
+    if (result == 0) uploadBlock(ctrl, block);
+    return result;
+}
+
+int32_t zyl_kwo_service::rebuildBlockZero() {
+    zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
+    return rebuildBlock(ctrl, kBlockSpeaker);
+}
+
+int32_t zyl_kwo_service::rebuildPipeline(uint32_t forced) {
+    ServiceLock lock(gServiceLock);
+    // Before any block, so that this rebuild already ends in the new mode.
+    mForcedMode = forced;
+    if (mGeneration == kNone) return kZylKwoOk;
+    zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
+    for (CacheBlockType block : {kBlockSpeaker, kBlockLineout, kBlockBluetooth}) {
+        // A block without its tuning file, already logged, stays as the DSP has it.
+        rebuildBlock(ctrl, block);
+    }
+    applyForcedParametersAndAnnounce();
+    return kZylKwoOk;
+}
+
+int32_t zyl_kwo_service::setReloadFlag(bool forced) {
+    return rebuildPipeline(forced);
+}
+
+int32_t zyl_kwo_service::sendToBlocks(ParameterBuffer& buffer, int32_t row, uint32_t size,
+                                      std::initializer_list<CacheBlockType> blocks) {
+    const ParameterTableEntry& entry = g_parameterTable[row];
+    int32_t result = 0;
+    for (CacheBlockType block : blocks) {
+        result = mDriver.sendParam(buffer, entry.id, size, entry.offset, block);
+        if (result != 0) break;
+    }
+    return result;
+}
+
+int32_t zyl_kwo_service::writeParameterEntry(int32_t row, uint32_t value, Writes writes) {
+    const uint32_t size = g_parameterTable[row].size;
+    ParameterBuffer buffer(size, value);
+    if (writes == Writes::kChained) {
+        return sendToBlocks(buffer, row, size, {kBlockLineout, kBlockBluetooth});
+    }
+    sendToBlocks(buffer, row, size, {kBlockLineout});
+    return sendToBlocks(buffer, row, size, {kBlockBluetooth});
+}
+
+int32_t zyl_kwo_service::clearParameterEntries(int32_t first, int32_t end) {
+    int32_t result = 0;
+    for (int32_t row = first; row < end && result == 0; ++row) {
+        result = writeParameterEntry(row, 0, Writes::kChained);
+    }
+    return result;
+}
+
+int32_t zyl_kwo_service::applyForcedParameters() {
+    if (mForcedMode == 0) return 0;
+    // Each run goes on as far as it can; only the last one's result counts.
+    writeParameterEntry(kRowStereoMode, kForcedStereoMode, Writes::kChained);
+    clearParameterEntries(kRowForcedFirst, kRowForcedSecond);
+    return clearParameterEntries(kRowForcedSecond, kRowForcedEnd);
+}
+
+void zyl_kwo_service::applyForcedParametersAndAnnounce() {
+    applyForcedParameters();
+    mDriver.notifyNewParams();
+}

@@ -1,0 +1,54 @@
+#include <android/log.h>
+
+#include "service/process.h"
+#include "service/zyl_kwo_service.h"
+
+int32_t zyl_kwo_service::getEnabled(int32_t* enabled) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    ServiceLock lock(gServiceLock);
+    *enabled = static_cast<int32_t>(settings().getEnabled());
+    return kZylKwoOk;
+}
+
+int32_t zyl_kwo_service::setEnabled(int32_t enabled) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    ServiceLock lock(gServiceLock);
+    // Saved first: the user's choice outlives a DSP that cannot follow it now.
+    settings().setEnabled(static_cast<uint32_t>(enabled));
+    mSettingsHolder->saveSettings();
+    const int32_t loaded = rebuildBlockZero();
+    if (loaded != 0) {
+        __android_log_print(ANDROID_LOG_ERROR, kServiceLogTag,
+                            "LoadParamBlock returned an error (%d)....", loaded);
+        return kZylKwoBadArgument;
+    }
+    const bool on = enabled != 0;
+    const uint32_t firstPair = on ? 0 : kEffectOffFirstPair;
+    const uint32_t secondPair = on ? 0 : kEffectOffSecondPair;
+    writeParameterEntry(kRowEffectFirst, firstPair, Writes::kUnconditional);
+    writeParameterEntry(kRowEffectSecond, firstPair, Writes::kUnconditional);
+    writeParameterEntry(kRowEffectThird, secondPair, Writes::kUnconditional);
+    writeParameterEntry(kRowEffectFourth, secondPair, Writes::kUnconditional);
+    applyForcedParametersAndAnnounce();
+    return kZylKwoOk;
+}
+
+int32_t zyl_kwo_service::getStereoMode(int32_t* mode) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    ServiceLock lock(gServiceLock);
+    *mode = static_cast<int32_t>(settings().getStereoMode());
+    return kZylKwoOk;
+}
+
+int32_t zyl_kwo_service::setStereoMode(int32_t mode) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    if (mode < 1 || mode > 3) return kZylKwoBadArgument;
+    ServiceLock lock(gServiceLock);
+    settings().setStereoMode(static_cast<uint32_t>(mode));
+    mSettingsHolder->saveSettings();
+    const int32_t result =
+            writeParameterEntry(kRowStereoMode, static_cast<uint32_t>(mode), Writes::kChained);
+    // Forced mode overrides in the DSP what the settings keep.
+    applyForcedParametersAndAnnounce();
+    return result;
+}

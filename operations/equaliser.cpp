@@ -1,0 +1,87 @@
+#include <algorithm>
+#include <cstring>
+
+#include "service/zyl_kwo_service.h"
+
+namespace {
+
+bool isBand(int32_t band) {
+    return band >= 0 && band < kGEQBandCount;
+}
+
+}  // namespace
+
+int32_t zyl_kwo_service::setGEQEnable(int32_t enabled) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    ServiceLock lock(gServiceLock);
+    // Silent: with the effect off there is no equaliser to switch.
+    if (settings().getEnabled() == 0) return kZylKwoOk;
+    settings().setGEQEnable(static_cast<uint32_t>(enabled));
+    mSettingsHolder->saveSettings();
+    const uint32_t size = g_parameterTable[kRowGEQEnable].size;
+    ParameterBuffer buffer(size, static_cast<uint32_t>(enabled));
+    const int32_t result = sendToBlocks(buffer, kRowGEQEnable, size,
+                                        {kBlockSpeaker, kBlockBluetooth, kBlockLineout});
+    if (result == 0) applyForcedParametersAndAnnounce();
+    return result;
+}
+
+int32_t zyl_kwo_service::getGEQEnable(int32_t* enabled) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    ServiceLock lock(gServiceLock);
+    *enabled = settings().getEnabled() != 0 ? static_cast<int32_t>(settings().getGEQEnable()) : 0;
+    return kZylKwoOk;
+}
+
+int32_t zyl_kwo_service::sendGains(ParameterBuffer& buffer, int32_t row, uint32_t size) {
+    const int32_t result =
+            sendToBlocks(buffer, row, size, {kBlockBluetooth, kBlockSpeaker, kBlockLineout});
+    if (result == 0) applyForcedParametersAndAnnounce();
+    return result;
+}
+
+int32_t zyl_kwo_service::setGEQGain(int32_t band, uint16_t gain) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    if (!isBand(band) || !isGEQGain(gain)) return kZylKwoBadArgument;
+    ServiceLock lock(gServiceLock);
+    // Not kept while the equaliser is off, already logged; the DSP hears of it all the same.
+    settings().setGEQGain(static_cast<uint32_t>(band), gain);
+    mSettingsHolder->saveSettings();
+    const int32_t row = kRowGEQGain + band;
+    const uint32_t size = g_parameterTable[row].size;
+    ParameterBuffer buffer(size, gain);
+    return sendGains(buffer, row, size);
+}
+
+int32_t zyl_kwo_service::getGEQGain(int32_t band, uint16_t* gain) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    if (!isBand(band)) return kZylKwoBadArgument;
+    ServiceLock lock(gServiceLock);
+    return settings().getGEQGain(static_cast<uint32_t>(band), *gain);
+}
+
+int32_t zyl_kwo_service::setGEQGainAll(const uint16_t gains[kGEQBandCount]) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    if (!std::all_of(gains, gains + kGEQBandCount, isGEQGain)) return kZylKwoBadArgument;
+    ServiceLock lock(gServiceLock);
+    for (uint32_t band = 0; band < kGEQBandCount; ++band) {
+        const int32_t result = settings().setGEQGain(band, gains[band]);
+        if (result != 0) return result;
+    }
+    mSettingsHolder->saveSettings();
+    // All bands in one write, packed as their rows lie in the pipeline; rows wider than a gain leave
+    // the rest of the write zero.
+    constexpr size_t kGainsSize = kGEQBandCount * sizeof(*gains);
+    const uint32_t size = kGEQBandCount * g_parameterTable[kRowGEQGain].size;
+    ParameterBuffer buffer(size);
+    memcpy(buffer.payload(), gains, std::min<size_t>(size, kGainsSize));
+    return sendGains(buffer, kRowGEQGain, size);
+}
+
+int32_t zyl_kwo_service::getGEQGainAll(uint16_t gains[kGEQBandCount]) {
+    int32_t result = kZylKwoOk;
+    for (int32_t band = 0; band < kGEQBandCount && result == 0; ++band) {
+        result = getGEQGain(band, &gains[band]);
+    }
+    return result;
+}

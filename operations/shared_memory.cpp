@@ -1,0 +1,91 @@
+// Whole blocks between the DSP and a client's memory.
+
+#include <android/log.h>
+#include <sys/mman.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "service/process.h"
+#include "service/zyl_kwo_service.h"
+
+namespace {
+
+using CopyCall = ssize_t (*)(pid_t, const iovec*, unsigned long, const iovec*, unsigned long,
+                             unsigned long);
+
+// Copies between our own memory and the region, through the kernel. The client may have truncated
+// the file behind the region, and touching it ourselves would then raise SIGBUS and end the service
+// for all; the kernel stops short instead. False when not all was copied.
+bool copyThroughKernel(CopyCall copy, void* own, void* region, size_t size) {
+    const iovec local = {own, size};
+    const iovec remote = {region, size};
+    return copy(getpid(), &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
+}
+
+bool copyFromRegion(void* own, uint8_t* region, size_t size) {
+    if (copyThroughKernel(process_vm_readv, own, region, size)) return true;
+    if (errno != ENOSYS) return false;
+    memcpy(own, region, size);
+    return true;
+}
+
+bool copyToRegion(uint8_t* region, void* own, size_t size) {
+    if (copyThroughKernel(process_vm_writev, own, region, size)) return true;
+    if (errno != ENOSYS) return false;
+    memcpy(region, own, size);
+    return true;
+}
+
+bool isBlock(int32_t block) {
+    return block >= 0 && block < kCacheBlockCount;
+}
+
+}  // namespace
+
+int32_t zyl_kwo_service::setFileDescriptor(int fd, int32_t length) {
+    const size_t size = static_cast<uint32_t>(length);
+    void* region = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (region == MAP_FAILED) {
+        const int error = errno;
+        __android_log_print(ANDROID_LOG_ERROR, kServiceLogTag, "mmap failed! %d, %s", error,
+                            strerror(error));
+        mSharedRegion = nullptr;
+        return kZylKwoUploadFailed;
+    }
+    if (size < quorinPipelineSize()) {
+        // Of no use for any copy: no region, and nothing left behind.
+        munmap(region, size);
+        region = nullptr;
+    }
+    // An earlier region stays mapped: a copy on another thread may be under way in it.
+    mSharedRegion = static_cast<uint8_t*>(region);
+    return kZylKwoOk;
+}
+
+int32_t zyl_kwo_service::fetchCacheBlock(int32_t block) {
+    uint8_t* const region = mSharedRegion;
+    if (region == nullptr) return kZylKwoNoSharedRegion;
+    zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
+    // A block that does not exist is all zeros.
+    ctrl.clear();
+    if (isBlock(block) && mDriver.readParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
+        return kZylKwoUploadFailed;
+    }
+    return copyToRegion(region, ctrl.data(), ctrl.pipelineSize()) ? kZylKwoOk : kZylKwoUploadFailed;
+}
+
+int32_t zyl_kwo_service::pushCacheBlock(int32_t block) {
+    uint8_t* const region = mSharedRegion;
+    if (region == nullptr) return kZylKwoNoSharedRegion;
+    if (!isBlock(block)) return kZylKwoOk;
+    zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
+    if (!copyFromRegion(ctrl.data(), region, ctrl.pipelineSize()) ||
+        mDriver.sendParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
+        return kZylKwoUploadFailed;
+    }
+    mDriver.notifyNewParams();
+    return kZylKwoOk;
+}

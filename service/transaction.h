@@ -1,0 +1,39 @@
+// How a transaction ends: what the dispatcher's handlers share.
+
+#ifndef ZYL_SERVICE_TRANSACTION_H
+#define ZYL_SERVICE_TRANSACTION_H
+
+#include <android/log.h>
+#include <binder/Parcel.h>
+
+#include "service/process.h"
+
+constexpr char kDispatcherFunction[] =
+        "virtual status_t Bn_zyl_kwo_service::onTransact(uint32_t, const android::Parcel &, "
+        "android::Parcel *, uint32_t)";
+
+inline android::status_t fail(const char* message) {
+    __android_log_print(ANDROID_LOG_ERROR, kServiceLogTag, message, kDispatcherFunction);
+    return android::FAILED_TRANSACTION;
+}
+
+// Ends a transaction by the status of its last write.
+inline android::status_t finish(android::status_t written, const char* message) {
+    return written == android::NO_ERROR ? android::NO_ERROR : fail(message);
+}
+
+// For codes that fail without a log line.
+inline android::status_t finishSilently(android::status_t written) {
+    return written == android::NO_ERROR ? android::NO_ERROR : android::FAILED_TRANSACTION;
+}
+
+template <typename Value>
+android::status_t writeAll(android::Parcel* reply, const Value* values, int count) {
+    for (int i = 0; i < count; ++i) {
+        const android::status_t status = reply->writeInt32(static_cast<int32_t>(values[i]));
+        if (status != android::NO_ERROR) return status;
+    }
+    return android::NO_ERROR;
+}
+
+#endif  // ZYL_SERVICE_TRANSACTION_H

@@ -1,0 +1,74 @@
+#include "settings/files.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <mutex>
+#include <string>
+
+namespace {
+
+// All replacements take turns: they share the temporary names.
+std::mutex gReplaceLock;
+
+class Descriptor {
+  public:
+    explicit Descriptor(int fd) : mFd(fd) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (isOpen()) ::close(mFd);
+    }
+
+    bool isOpen() const { return mFd >= 0; }
+    int get() const { return mFd; }
+
+  private:
+    const int mFd;
+};
+
+bool writeFully(int fd, const void* bytes, size_t size) {
+    const char* next = static_cast<const char*>(bytes);
+    while (size > 0) {
+        const ssize_t written = TEMP_FAILURE_RETRY(write(fd, next, size));
+        if (written <= 0) return false;
+        next += written;
+        size -= static_cast<size_t>(written);
+    }
+    return true;
+}
+
+// Without this, the new name may still be lost with the power although the contents are safe.
+bool syncDirectoryOf(const std::string& path) {
+    const std::string directory = path.substr(0, path.rfind('/') + 1);
+    const Descriptor fd(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return fd.isOpen() && fsync(fd.get()) == 0;
+}
+
+}  // namespace
+
+bool canBeRead(const char* path) {
+    return Descriptor(open(path, O_RDONLY | O_CLOEXEC)).isOpen();
+}
+
+ReplaceResult replaceFile(const char* path, const void* bytes, size_t size) {
+    const std::lock_guard<std::mutex> lock(gReplaceLock);
+    const std::string temporary = std::string(path) + ".tmp";
+    {
+        const Descriptor fd(
+                open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+        if (!fd.isOpen()) return ReplaceResult::kNotOpened;
+        if (!writeFully(fd.get(), bytes, size) || fdatasync(fd.get()) != 0) {
+            unlink(temporary.c_str());
+            return ReplaceResult::kNotWritten;
+        }
+    }
+    if (rename(temporary.c_str(), path) != 0) {
+        // What stands at `path` cannot be replaced: a directory, or a file made immutable.
+        unlink(temporary.c_str());
+        return ReplaceResult::kNotOpened;
+    }
+    return syncDirectoryOf(path) ? ReplaceResult::kReplaced : ReplaceResult::kNotWritten;
+}

@@ -1,0 +1,34 @@
+// Owns the settings struct of the generation in use and lays its settings over a pipeline image.
+// No lock of its own.
+
+#ifndef ZYL_SETTINGS_SETTINGS_HOLDER_H
+#define ZYL_SETTINGS_SETTINGS_HOLDER_H
+
+#include <memory>
+
+#include "driver/pipeline.h"
+#include "settings/settings_struct.h"
+
+class zylSettingsHolder {
+  public:
+    explicit zylSettingsHolder(std::unique_ptr<zylSettingsStruct> settings);
+
+    uint32_t getSettingsVersion() const { return mSettings->getCurrentVersion(); }
+    void loadSettings() { mSettings->LoadStruct(); }
+    void saveSettings() { mSettings->SaveStruct(); }
+
+    // Writes the user's settings into an image that was just loaded for `block`. The effect's own
+    // switch and the stereo mode do not reach block 0, whose tuning files carry them. Always 0.
+    int32_t applySettingsToPipeline(zylQuorinPipelineCtrl& ctrl, int32_t block) const;
+
+    // Stays the holder's.
+    zylSettingsStruct* getSettingsStruct() const { return mSettings.get(); }
+
+  private:
+    void applyEffect(zylQuorinPipelineCtrl& ctrl) const;
+    void applyEqualiser(zylQuorinPipelineCtrl& ctrl) const;
+
+    const std::unique_ptr<zylSettingsStruct> mSettings;
+};
+
+#endif  // ZYL_SETTINGS_SETTINGS_HOLDER_H

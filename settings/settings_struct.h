@@ -1,0 +1,85 @@
+// The user's settings in memory and in the settings file.
+//
+// A settings struct has no lock of its own: the service calls it under its own lock. Setters change
+// memory only; SaveStruct makes a change last. Whatever is refused is logged under the generation's
+// tag.
+
+#ifndef ZYL_SETTINGS_SETTINGS_STRUCT_H
+#define ZYL_SETTINGS_SETTINGS_STRUCT_H
+
+#include <cstdint>
+#include <string>
+
+#include "settings/settings_types.h"
+
+class zylSettingsStruct {
+  public:
+    zylSettingsStruct(const zylSettingsStruct&) = delete;
+    zylSettingsStruct& operator=(const zylSettingsStruct&) = delete;
+    virtual ~zylSettingsStruct() = default;
+
+    // The version of the format that this build writes, and that of the image in memory, which is
+    // the file's once a file was loaded.
+    uint32_t getCurrentVersion() const { return mGeneration.currentVersion; }
+    uint32_t getVersion() const { return mImage.version; }
+
+    // Any non-zero value is on, and is kept as it is.
+    void setEnabled(uint32_t enabled) { mImage.enabled = enabled; }
+    uint32_t getEnabled() const { return mImage.enabled; }
+
+    virtual zylKwoErrors setTuning(zylRoute route, uint32_t tuning) = 0;
+    // The tuning number, or a zylKwoErrors as an unsigned value.
+    virtual uint32_t getTuning(zylRoute route) = 0;
+
+    // The name of the route's tuning file, relative to the tuning directory. `on` is the state of
+    // the effect that the file is wanted for; Torvane goes by the stored state instead. May change
+    // the route's tuning when the file that it calls for does not exist on this device.
+    virtual std::string getTuningFileName(zylRoute route, bool on) = 0;
+
+    // 1 to 3; others are refused.
+    void setStereoMode(uint32_t mode);
+    uint32_t getStereoMode() const { return mImage.stereoMode; }
+
+    // Bands 0 to 9, gains 725 to 32767. Refused while the equaliser is off.
+    zylKwoErrors setGEQGain(uint32_t band, uint16_t gain);
+    // Sets `gain` to 0 for a band that does not exist.
+    zylKwoErrors getGEQGain(uint32_t band, uint16_t& gain) const;
+
+    void setGEQEnable(uint32_t enable) { mImage.geqEnable = enable; }
+    uint32_t getGEQEnable() const { return mImage.geqEnable; }
+
+    // Replaces the settings file; on failure the old file stays.
+    void SaveStruct();
+    // Reads the settings file. A missing file gives the defaults. What a short file holds is taken
+    // over and the rest stays as it was; a file of a newer version is taken over as it is.
+    void LoadStruct();
+    virtual void SetDefaults();
+
+  protected:
+    struct Generation {
+        const char* logTag;
+        const char* className;
+        uint32_t currentVersion;
+        size_t imageSize;
+        bool createsMissingFile;  // LoadStruct writes the defaults out
+    };
+
+    // `image` begins the generation's persisted image of `imageSize` bytes and lives as long as
+    // this object. `generation` is a constant of the program. The caller sets the defaults.
+    zylSettingsStruct(const Generation& generation, CommonSettingsImage& image)
+        : mGeneration(generation), mImage(image) {}
+
+    // Logs "SIGNATURE: MESSAGE", where SIGNATURE is the reporting operation's, put together from
+    // the parts around the class name.
+    void logError(const char* returnType, const char* operation, const char* format, ...) const
+            __attribute__((format(printf, 4, 5)));
+
+    CommonSettingsImage& image() { return mImage; }
+    const CommonSettingsImage& image() const { return mImage; }
+
+  private:
+    const Generation& mGeneration;
+    CommonSettingsImage& mImage;
+};
+
+#endif  // ZYL_SETTINGS_SETTINGS_STRUCT_H
