@@ -10,6 +10,8 @@
 
 #include <cstdint>
 
+// The names are the library's. NOLINTBEGIN(bugprone-reserved-identifier)
+
 // What the library reports about the pipeline. `words[0]` is the size of one pipeline image in
 // bytes; `words[2]` is unused; the others are layout words that go to the DSP unchanged.
 struct _zylZylcsQuorinPipeLineInfo {
@@ -66,5 +68,7 @@ int32_t ZYL_Convert_API_ModifyQuorinPipelineWithAccessoryZylcsTuning(
 int32_t ZYL_Convert_API_ModifyQuorinPipelineWithZylcsMultiChannelRoom(
         int mode, _zylZylcsQuorinSampleRate rate, const unsigned char* zylcs, int zylcsLength,
         unsigned char* work, int workLength, _zylZylcsQuorinPipeLine* pipeline);
+
+// NOLINTEND(bugprone-reserved-identifier)
 
 #endif  // ZYL_DRIVER_ZYL_CONVERT_API_H

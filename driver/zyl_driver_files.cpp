@@ -63,6 +63,7 @@ void zylDriver::ReadDevicesCSV() {
     std::string token;
     while (count < masks.size() && file.good()) {
         std::getline(file, token, ',');
+        // Text without digits counts as 0. NOLINTNEXTLINE(cert-err34-c)
         masks[count++] = static_cast<uint32_t>(atoi(token.c_str()));
     }
     if (count < masks.size()) {

@@ -32,7 +32,7 @@ int zylDriver::queryFromKey(const char* key, const char* failure, const char* fu
     const size_t length = strlen(reply.string());
     const char* found = strstr(reply.string(), key);
     if (length >= size || found == nullptr) return logDoesNotFit(failure, function, length);
-    strcpy(dest, found);
+    memcpy(dest, found, strlen(found) + 1);
     return 0;
 }
 
