@@ -1,0 +1,99 @@
+# shellcheck shell=bash
+# Shell functions that `run` and the scripts of the lab share. Sourced, after `set -euo pipefail`.
+
+ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+BUILD=$ROOT/build
+CACHE=${XDG_CACHE_HOME:-$HOME/.cache}/zyl-kwo
+
+say() {
+    printf '%s\n' "$*" >&2
+}
+
+die() {
+    say "${0##*/}: $*"
+    exit 1
+}
+
+# run_step NAME COMMAND...: runs the command with its output in build/log/NAME.log, which is shown in
+# part, and named, when the command fails.
+run_step() {
+    local name=$1 log status=0
+    shift
+    mkdir -p "$BUILD/log"
+    log=$BUILD/log/$name.log
+    "$@" >"$log" 2>&1 </dev/null || status=$?
+    ((status != 0)) || return 0
+    tail -n 20 "$log" >&2
+    say "${0##*/}: failed with status $status; see ${log#"$ROOT"/}"
+    return "$status"
+}
+
+# step NAME MESSAGE COMMAND...: a long run_step, announced.
+step() {
+    say "$2 ..."
+    run_step "$1" "${@:3}"
+}
+
+# A short key for the contents of the named files and the text of the other arguments.
+key_of() {
+    local argument
+    for argument; do
+        if [[ -f $argument ]]; then
+            cat "$argument"
+        else
+            printf '%s\n' "$argument"
+        fi
+    done | sha256sum | cut -c 1-16
+}
+
+# cached NAME KEY MESSAGE COMMAND...: the directory NAME-KEY in the cache, made by the command (which
+# gets an empty directory as last argument) unless it is there. It appears only when it is complete.
+cached() {
+    local name=$1 key=$2 message=$3 target
+    shift 3
+    target=$CACHE/$name-$key
+    [[ ! -d $target ]] || return 0
+    mkdir -p "$CACHE"
+    (
+        flock 9
+        [[ ! -d $target ]] || exit 0
+        rm -rf "$target.new"
+        mkdir "$target.new"
+        step "$name" "$message" "$@" "$target.new"
+        mv "$target.new" "$target"
+    ) 9>"$CACHE/$name.lock"
+}
+
+# Points the symbolic link at the target, at once and only when it does not yet do so.
+link() {
+    local target=$1 name=$2
+    [[ $(readlink "$name" || true) != "$target" ]] || return 0
+    mkdir -p "${name%/*}"
+    ln -s "$target" "$name.$$"
+    mv -T "$name.$$" "$name"
+}
+
+# with_lock NAME COMMAND...: runs the command while nobody else runs one under that name.
+with_lock() {
+    local name=$1
+    shift
+    mkdir -p "$BUILD"
+    (
+        flock 9
+        "$@" 9>&-
+    ) 9>"$BUILD/$name.lock"
+}
+
+# build_preset PRESET [TARGET...]: configures and builds in build/PRESET what is out of date.
+build_preset() {
+    local preset=$1 directory=$BUILD/$1 platform
+    shift
+    platform=$(readlink "$BUILD/sysroot" "$BUILD/platform/armhf" "$BUILD/platform/native" || true)
+    if [[ ! -e $directory/build.ninja || $(cat "$directory/platform" 2>/dev/null || true) != "$platform" ]]; then
+        (cd "$ROOT" && step "configure-$preset" "Configuring the build \"$preset\"" \
+            cmake --fresh --preset "$preset")
+        printf '%s\n' "$platform" >"$directory/platform"
+    fi
+    ! ninja -C "$directory" -n "$@" | grep -q 'no work to do' || return 0
+    step "build-$preset" "Building \"$preset\"" ninja -C "$directory" "$@"
+}

@@ -1,0 +1,67 @@
+// dspctl: makes the DSP fail or dawdle, and shows what it holds.
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "lab/dsp/control.h"
+
+namespace {
+
+int usage() {
+    fprintf(stderr,
+            "usage: dspctl fail SKIP COUNT   let SKIP requests pass, then fail COUNT\n"
+            "       dspctl slow MS           make every request take MS milliseconds\n"
+            "       dspctl block N           write block N, 0 to 2, to standard output\n"
+            "       dspctl reset             no failures, no delay\n");
+    return 2;
+}
+
+bool areNumbers(char** words, int count) {
+    for (int i = 0; i < count; ++i) {
+        if (words[i][0] == '\0' || strspn(words[i], "0123456789") != strlen(words[i])) return false;
+    }
+    return true;
+}
+
+int numbersOf(const std::string& verb) {
+    return verb == "fail" ? 2 : verb == "slow" || verb == "block" ? 1 : verb == "reset" ? 0 : -1;
+}
+
+std::string ask(const std::string& line) {
+    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const sockaddr_un address = dspControlAddress();
+    if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+        return "dspd is not there";
+    }
+    std::string answer;
+    char part[4096];
+    ssize_t length = send(fd, line.data(), line.size(), MSG_NOSIGNAL);
+    while (length >= 0 && (length = read(fd, part, sizeof(part))) > 0) {
+        answer.append(part, static_cast<size_t>(length));
+    }
+    close(fd);
+    return answer;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2 || numbersOf(argv[1]) != argc - 2 || !areNumbers(argv + 2, argc - 2)) {
+        return usage();
+    }
+    std::string line = argv[1];
+    for (int i = 2; i < argc; ++i) line += std::string(" ") + argv[i];
+    const std::string answer = ask(line);
+    const size_t okLength = strlen(kDspAnswerOk);
+    if (answer.compare(0, okLength, kDspAnswerOk) != 0) {
+        fprintf(stderr, "dspctl: %s\n", answer.c_str());
+        return 1;
+    }
+    const size_t size = answer.size() - okLength;
+    return fwrite(answer.data() + okLength, 1, size, stdout) == size ? 0 : 1;
+}

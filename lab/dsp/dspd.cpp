@@ -1,0 +1,118 @@
+// dspd: makes /dev/zyl_quorin and puts the DSP model behind it.
+
+#define FUSE_USE_VERSION 35
+
+#include <cuse_lowlevel.h>
+#include <fuse_opt.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "lab/dsp/control.h"
+#include "lab/dsp/dsp_model.h"
+
+namespace {
+
+DspModel gDsp;
+
+void openDevice(fuse_req_t request, fuse_file_info* file) {
+    fuse_reply_open(request, file);
+}
+
+void reply(fuse_req_t request, int error, const void* out, size_t size) {
+    if (error != 0) {
+        fuse_reply_err(request, error);
+    } else {
+        fuse_reply_ioctl(request, 0, out, size);
+    }
+}
+
+// The record is longer than the request's number says, and only its header tells how long: what is
+// missing is asked for, and the kernel comes back with it. Only the last round reaches the DSP.
+void serve(fuse_req_t request, int number, void* argument, fuse_file_info*, unsigned,
+           const void* in, size_t inSize, size_t outSize) {
+    const auto command = static_cast<uint32_t>(number);
+    const bool reads = command == kRequestReadBlock;
+    const bool hasHeader = reads || command == kRequestWriteBlock;
+    if (hasHeader && inSize < sizeof(ParamBlockHeader)) {
+        const iovec header = {argument, sizeof(ParamBlockHeader)};
+        fuse_reply_ioctl_retry(request, &header, 1, nullptr, 0);
+        return;
+    }
+    const size_t size = gDsp.recordSize(command, static_cast<const ParamBlockHeader*>(in));
+    const iovec whole = {argument, size};
+    const iovec header = {argument, sizeof(ParamBlockHeader)};
+    if (reads ? outSize < size : inSize < size) {
+        fuse_reply_ioctl_retry(request, reads ? &header : &whole, 1, &whole, reads ? 1 : 0);
+        return;
+    }
+    std::vector<uint8_t> record(std::max(size, inSize));
+    if (inSize > 0) memcpy(record.data(), in, inSize);
+    reply(request, gDsp.request(command, record.data()), record.data(), reads ? size : 0);
+}
+
+std::string answer(const std::string& line) {
+    unsigned first = 0;
+    unsigned second = 0;
+    if (sscanf(line.c_str(), "fail %u %u", &first, &second) == 2) {
+        gDsp.fail(first, second);
+    } else if (sscanf(line.c_str(), "slow %u", &first) == 1) {
+        gDsp.slow(first);
+    } else if (line == "reset") {
+        gDsp.reset();
+    } else if (sscanf(line.c_str(), "block %u", &first) == 1) {
+        const std::vector<uint8_t> bytes = gDsp.block(first);
+        return kDspAnswerOk + std::string(bytes.begin(), bytes.end());
+    } else {
+        return "not understood: " + line;
+    }
+    return kDspAnswerOk;
+}
+
+void serveControl(int listener) {
+    while (true) {
+        const int client = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+        if (client < 0) continue;
+        char line[256] = {};
+        if (read(client, line, sizeof(line) - 1) > 0) {
+            const std::string text = answer(line);
+            if (send(client, text.data(), text.size(), MSG_NOSIGNAL) < 0) perror("dspd: control");
+        }
+        close(client);
+    }
+}
+
+bool startControl() {
+    const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const sockaddr_un address = dspControlAddress();
+    unlink(address.sun_path);
+    if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
+        listen(listener, 8) != 0) {
+        perror("dspd: control socket");
+        return false;
+    }
+    std::thread(serveControl, listener).detach();
+    return true;
+}
+
+}  // namespace
+
+int main(int, char** argv) {
+    if (!startControl()) return 1;
+    const char* device[] = {"DEVNAME=zyl_quorin"};
+    cuse_info info = {};
+    info.dev_info_argc = 1;
+    info.dev_info_argv = device;
+    info.flags = CUSE_UNRESTRICTED_IOCTL;
+    cuse_lowlevel_ops operations = {};
+    operations.open = openDevice;
+    operations.ioctl = serve;
+    char foreground[] = "-f";
+    char* arguments[] = {argv[0], foreground, nullptr};
+    return cuse_lowlevel_main(2, arguments, &info, &operations, nullptr);
+}

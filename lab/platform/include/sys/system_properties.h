@@ -1,0 +1,3 @@
+#pragma once
+
+#define PROP_VALUE_MAX 92

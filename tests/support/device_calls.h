@@ -1,0 +1,31 @@
+// Stands where the kernel would: the test program's own open, ioctl, close and usleep answer for
+// the DSP's device node and for binder, and pass everything else on.
+
+#ifndef ZYL_TESTS_SUPPORT_DEVICE_CALLS_H
+#define ZYL_TESTS_SUPPORT_DEVICE_CALLS_H
+
+#include <atomic>
+#include <memory>
+
+#include "lab/dsp/dsp_model.h"
+
+struct DeviceCalls {
+    std::shared_ptr<DspModel> model = std::make_shared<DspModel>();
+
+    // How many opens of the node fail before it is there.
+    std::atomic<int> missing{0};
+    // open() of the node returns descriptor 0.
+    std::atomic<bool> opensAsZero{false};
+
+    std::atomic<int> opens{0};         // attempts to open the node
+    std::atomic<int> standing{0};      // descriptors of the node that are open
+    std::atomic<int> zeroCloses{0};    // closes of descriptor 0
+    std::atomic<int> badCloses{0};     // closes of a descriptor that nobody had open
+    std::atomic<long> sleptMicros{0};  // what usleep was asked for; it returns at once
+};
+
+// Of the running test; replaced with each.
+DeviceCalls& deviceCalls();
+void resetDeviceCalls();
+
+#endif  // ZYL_TESTS_SUPPORT_DEVICE_CALLS_H

@@ -1,0 +1,172 @@
+#include "tests/support/phone.h"
+
+#include <android/log.h>
+#include <binder/Parcel.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <mutex>
+#include <random>
+
+#include "lab/conversion/layout.h"
+
+namespace {
+
+std::mutex gLogLock;
+Lines gLog;
+
+void keepLogLine(const __android_logger_data* data, const char* text) {
+    const std::string tag = data->tag == nullptr ? "" : data->tag;
+    if (tag.compare(0, 4, "zyl_") != 0 && tag != "ZylcsToQuorinConv") return;
+    const std::lock_guard<std::mutex> lock(gLogLock);
+    gLog.push_back(std::to_string(data->priority) + " " + tag + ": " + text);
+}
+
+void changeRootTo(const char* directory) {
+    if (chroot(directory) != 0 || chdir("/") != 0) {
+        perror("chroot");
+        abort();
+    }
+}
+
+int realRoot() {
+    static const int fd = open("/", O_PATH | O_DIRECTORY | O_CLOEXEC);
+    return fd;
+}
+
+std::string makeRoot() {
+    char path[] = "/tmp/zyl-unit.XXXXXX";
+    if (mkdtemp(path) == nullptr) abort();
+    for (const char* directory : {"/data/misc/zyl", "/etc/zyl", "/run/properties"}) {
+        std::filesystem::create_directories(std::string(path) + directory);
+    }
+    return path;
+}
+
+void install(const std::string& directory, std::initializer_list<const char*> names) {
+    for (const char* name : names) writeFile(directory + name, tuningImage(name));
+}
+
+}  // namespace
+
+Phone::Phone() {
+    realRoot();
+    mRoot = makeRoot();
+    changeRootTo(mRoot.c_str());
+    resetDeviceCalls();
+    audioReplies().clear();
+    layout() = defaultLayout();
+    fillParameterTable();
+    g_tuningDirectory = kMaldorTuningDirectory;
+    constexpr uint32_t kDefaultMasks[] = {0x2, 0x2000C, 0x3F0};
+    std::copy(std::begin(kDefaultMasks), std::end(kDefaultMasks), g_deviceMasks);
+    __android_log_set_logger(keepLogLine);
+    log();
+}
+
+Phone::~Phone() {
+    EXPECT_EQ(deviceCalls().badCloses, 0) << "a descriptor was closed that was not open";
+    if (!deviceCalls().opensAsZero) EXPECT_EQ(deviceCalls().standing, 0);
+    EXPECT_EQ(deviceCalls().zeroCloses, 0);
+    resetDeviceCalls();
+    if (fchdir(realRoot()) != 0) abort();
+    changeRootTo(".");
+    std::filesystem::remove_all(mRoot);
+}
+
+void Phone::installTorvane() {
+    install("/etc/zyl/", {"speaker_0", "speaker_1", "speaker_2", "speaker_off", "lineout_1",
+                          "lineout_3", "bluetooth_0", "bluetooth_1"});
+}
+
+void Phone::installMaldor() {
+    install("/data/misc/zyl/", {"current_speaker_on", "current_speaker_off", "current_lineout",
+                                "current_bluetooth"});
+}
+
+android::sp<zyl_kwo_service> Phone::start() {
+    android::sp<zyl_kwo_service> service = new zyl_kwo_service;
+    journal();
+    log();
+    return service;
+}
+
+android::sp<zyl_kwo_service> Phone::startTorvane() {
+    installTorvane();
+    return start();
+}
+
+Lines Phone::journal() {
+    std::ifstream file("/run/journal");
+    Lines lines;
+    std::string line;
+    while (std::getline(file, line)) lines.push_back(line);
+    const auto seen = static_cast<ptrdiff_t>(mJournalSeen);
+    mJournalSeen = lines.size();
+    return Lines(lines.begin() + seen, lines.end());
+}
+
+Lines Phone::log() {
+    const std::lock_guard<std::mutex> lock(gLogLock);
+    return std::exchange(gLog, {});
+}
+
+Bytes tuningImage(const std::string& name) {
+    std::seed_seq seed(name.begin(), name.end());
+    std::mt19937 random(seed);
+    Bytes bytes(kImageSize);
+    for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
+    return bytes;
+}
+
+void writeFile(const std::string& path, const Bytes& bytes) {
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+    ASSERT_TRUE(file.flush().good()) << path;
+}
+
+void writeFile(const std::string& path, const std::string& text) {
+    writeFile(path, Bytes(text.begin(), text.end()));
+}
+
+Bytes readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return Bytes(std::istreambuf_iterator<char>(file), {});
+}
+
+bool exists(const std::string& path) {
+    return std::filesystem::exists(path);
+}
+
+Bytes bytesOf(const std::vector<uint32_t>& words) {
+    Bytes bytes(words.size() * 4);
+    memcpy(bytes.data(), words.data(), bytes.size());
+    return bytes;
+}
+
+uint32_t wordAt(const Bytes& bytes, size_t offset) {
+    uint32_t word = 0;
+    if (offset + sizeof(word) <= bytes.size()) memcpy(&word, &bytes[offset], sizeof(word));
+    return word;
+}
+
+void putWord(Bytes& bytes, size_t offset, uint32_t word) {
+    memcpy(&bytes.at(offset), &word, sizeof(word));
+}
+
+Answer transact(android::IBinder& service, uint32_t code, const Words& arguments,
+                const android::String16& token) {
+    android::Parcel data;
+    android::Parcel reply;
+    data.writeInterfaceToken(token);
+    for (int32_t word : arguments) data.writeInt32(word);
+    Answer answer = {service.transact(code, data, &reply), Words(reply.dataSize() / 4)};
+    if (!answer.words.empty()) memcpy(answer.words.data(), reply.data(), reply.dataSize());
+    return answer;
+}

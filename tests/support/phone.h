@@ -1,0 +1,86 @@
+// A phone for one test: a root directory of its own with the places that the service knows, the
+// devices behind it, and what was journalled and logged.
+
+#ifndef ZYL_TESTS_SUPPORT_PHONE_H
+#define ZYL_TESTS_SUPPORT_PHONE_H
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "service/zyl_kwo_service.h"
+#include "tests/support/audio_system.h"
+#include "tests/support/device_calls.h"
+
+using Lines = std::vector<std::string>;
+using Words = std::vector<int32_t>;
+using Bytes = std::vector<uint8_t>;
+
+constexpr uint32_t kImageSize = 61700;
+constexpr char kSettingsFile[] = "/data/misc/zyl/zyl_kwo_settings";
+constexpr char kMaskFile[] = "/data/misc/zyl/cache-mask.csv";
+
+// One phone at a time. Nothing of an earlier one is left: devices, replies, masks and layout are as
+// they are when a phone boots. What uses the phone goes before it does.
+class Phone {
+  public:
+    Phone();
+    Phone(const Phone&) = delete;
+    Phone& operator=(const Phone&) = delete;
+    // Fails the test if a descriptor was left open or closed twice.
+    ~Phone();
+
+    // Sample tunings, each file a tuningImage() of its name.
+    static void installTorvane();
+    static void installMaldor();
+
+    // A service whose start is forgotten: journal and log begin after it.
+    android::sp<zyl_kwo_service> start();
+    android::sp<zyl_kwo_service> startTorvane();
+
+    // Since the last look. A log line is "PRIORITY TAG: TEXT"; only the service's own tags count.
+    Lines journal();
+    static Lines log();
+
+    // The journal since the last look in short, events separated by a space: "block1" a whole block
+    // uploaded, "row2@1=3" row 2 of block 1 set to 3, "read1" a block read, "announce"; "!" in front
+    // of what the DSP refused. An upload that was not announced at once ends in "(silent)".
+    std::string actions();
+
+  private:
+    std::string mRoot;
+    size_t mJournalSeen = 0;
+};
+
+Bytes tuningImage(const std::string& name);
+
+void writeFile(const std::string& path, const Bytes& bytes);
+void writeFile(const std::string& path, const std::string& text);
+// Empty when there is none.
+Bytes readFile(const std::string& path);
+bool exists(const std::string& path);
+
+Bytes bytesOf(const std::vector<uint32_t>& words);
+uint32_t wordAt(const Bytes& bytes, size_t offset);
+void putWord(Bytes& bytes, size_t offset, uint32_t word);
+
+struct Answer {
+    android::status_t status;
+    Words words;
+};
+inline bool operator==(const Answer& a, const Answer& b) {
+    return a.status == b.status && a.words == b.words;
+}
+inline std::ostream& operator<<(std::ostream& out, const Answer& answer) {
+    return out << "status " << answer.status << " words " << testing::PrintToString(answer.words);
+}
+
+// One transaction with 32-bit arguments.
+Answer transact(android::IBinder& service, uint32_t code, const Words& arguments,
+                const android::String16& token = Izyl_kwo_service::descriptor);
+
+#endif  // ZYL_TESTS_SUPPORT_PHONE_H
