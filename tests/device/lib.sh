@@ -1,0 +1,102 @@
+# shellcheck shell=sh
+# What the cases on the phone share. A case is one line of output, "ok NAME" or "not ok NAME" with
+# what was expected and what came; the last line says how many there were.
+
+cases=0
+: >/tmp/seen
+
+# expect NAME EXPECTED ACTUAL
+expect() {
+    cases=$((cases + 1))
+    if [ "$2" = "$3" ]; then
+        echo "ok $1"
+    else
+        echo "not ok $1"
+        printf 'expected: %s\ngot:      %s\n' "$2" "$3"
+    fi
+}
+
+# expect_status NAME STATUS COMMAND...: the exit status; the output is in /tmp/out and /tmp/err.
+expect_status() {
+    status_name=$1 status_wanted=$2 status_got=0
+    shift 2
+    "$@" >/tmp/out 2>/tmp/err || status_got=$?
+    expect "$status_name" "$status_wanted" "$status_got"
+}
+
+end_of_cases() {
+    echo "1..$cases"
+}
+
+# reply CODE [ARGUMENT]...: the words of the service's reply, in hex, or the error's number.
+reply() {
+    # service would take negative numbers for options.
+    POSIXLY_CORRECT=1 service call zyl_kwo_service "$@" |
+        sed -n 's/0x0000[0-9a-f]*: //; s/Result: Parcel(//; s/^NULL)//; s/Error: \(0x[0-9a-f]*\).*/\1/; s/ *'\''.*//; s/^ *//; /./p' |
+        paste -sd ' '
+}
+
+# new FILE: the lines that came since the last look.
+new() {
+    lines=$(grep -c '' "$1")
+    seen=$(sed -n "s|^$1 ||p" /tmp/seen)
+    tail -n +$((${seen:-0} + 1)) "$1"
+    sed -i "\|^$1 |d" /tmp/seen
+    echo "$1 $lines" >>/tmp/seen
+}
+
+new_log() {
+    new /run/log/zyl_kwo_service | sed 's/ [0-9-]* [0-9:]* *[0-9]* *[0-9]* / /'
+}
+
+# The journal since the last look, a word an event: Sn cache size, Cn block n configured, Wn and Rn
+# block n written and read as a whole, wR.n=DATA row R written to block n, "a" new parameters
+# announced. In front, x says that it failed and ! that it was refused. What has no short form stays as
+# it is.
+story() {
+    convinfo >/tmp/convinfo
+    new /run/journal | awk '
+        BEGIN {
+            block["0x2"] = 0; block["0x2000c"] = 1; block["0x3f0"] = 2
+            while ((getline line <"/tmp/convinfo") > 0) {
+                split(line, f, /[ =]/)
+                if (f[1] == "row") row[f[4]] = f[2]
+            }
+        }
+        function value(key,   i) {
+            for (i = 2; i <= NF; ++i) if (index($i, key "=") == 1) return substr($i, length(key) + 2)
+            return ""
+        }
+        /^audio set ZYL_NEW_PARAM_READY=1$/ { print "a"; next }
+        $1 != "dsp" { print; next }
+        { mark = $2 == "fail" ? "x" : $2 == "refuse" ? "!" : "" }
+        / cache / { print mark "S" value("size"); next }
+        / config / { print mark "C" value("block"); next }
+        / (write|read) / {
+            whole = value("id") == "0x10015100"
+            kind = $0 ~ / read / ? "r" : "w"
+            data = value("data") == "" ? "" : "=" value("data")
+            print mark (whole ? toupper(kind) : kind row[value("id")] ".") block[value("mask")] data
+            next
+        }
+        { print }' | paste -sd ' '
+}
+
+restart_service() {
+    stop zyl_kwo_service
+    start zyl_kwo_service
+    until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
+}
+
+# poke FILE OFFSET HEX...: overwrites bytes of a file.
+poke() {
+    poke_file=$1 poke_offset=$2
+    shift 2
+    for byte; do
+        printf "\\x$byte"
+    done | dd of="$poke_file" bs=1 seek="$poke_offset" conv=notrunc 2>/dev/null
+}
+
+settings() {
+    xxd -p /data/misc/zyl/zyl_kwo_settings | tr -d '\n'
+}
