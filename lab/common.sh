@@ -86,10 +86,11 @@ with_lock() {
 
 # build_preset PRESET [TARGET...]: configures and builds in build/PRESET what is out of date.
 build_preset() {
-    local preset=$1 directory=$BUILD/$1 platform
+    local preset=$1 directory=$BUILD/$1 platform built_on
     shift
-    platform=$(readlink "$BUILD/sysroot" "$BUILD/platform/armhf" "$BUILD/platform/native" || true)
-    if [[ ! -e $directory/build.ninja || $(cat "$directory/platform" 2>/dev/null || true) != "$platform" ]]; then
+    platform=$(readlink "$BUILD/sysroot" "$BUILD"/platform/{armhf,native} || true)
+    built_on=$(cat "$directory/platform" 2>/dev/null || true)
+    if [[ ! -e $directory/build.ninja || $built_on != "$platform" ]]; then
         (cd "$ROOT" && step "configure-$preset" "Configuring the build \"$preset\"" \
             cmake --fresh --preset "$preset")
         printf '%s\n' "$platform" >"$directory/platform"

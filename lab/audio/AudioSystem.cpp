@@ -10,6 +10,8 @@ namespace android {
 
 namespace {
 
+constexpr audio_io_handle_t kGlobalSpace = 0;
+
 std::mutex gLock;
 sp<IBinder> gDaemon;
 
@@ -48,6 +50,14 @@ status_t AudioSystem::setParameters(audio_io_handle_t, const String8& keyValuePa
 String8 AudioSystem::getParameters(audio_io_handle_t, const String8& keys) {
     Parcel reply;
     return call(kAudioGetParameters, keys, &reply) == NO_ERROR ? reply.readString8() : String8();
+}
+
+status_t AudioSystem::setParameters(const String8& keyValuePairs) {
+    return setParameters(kGlobalSpace, keyValuePairs);
+}
+
+String8 AudioSystem::getParameters(const String8& keys) {
+    return getParameters(kGlobalSpace, keys);
 }
 
 }  // namespace android

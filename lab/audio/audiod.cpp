@@ -19,11 +19,13 @@ namespace {
 
 class AudioDaemon : public BBinder {
   public:
+    const String16& getInterfaceDescriptor() const override { return mDescriptor; }
+
     status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) override {
         if (code < kAudioSetParameters || code > kAudioSetReply) {
             return BBinder::onTransact(code, data, reply, flags);
         }
-        if (!data.enforceInterface(audioDescriptor())) return PERMISSION_DENIED;
+        if (!data.enforceInterface(mDescriptor)) return PERMISSION_DENIED;
         const std::string text = data.readString8().string();
         const std::lock_guard<std::mutex> lock(mLock);
         switch (code) {
@@ -32,12 +34,18 @@ class AudioDaemon : public BBinder {
                 return reply->writeInt32(NO_ERROR);
             case kAudioGetParameters:
                 journal("audio get %s", text.c_str());
-                return reply->writeString8(String8(mReplies[text].c_str()));
+                return reply->writeString8(replyTo(text));
             default: mReplies[text] = data.readString8().string(); return NO_ERROR;
         }
     }
 
   private:
+    String8 replyTo(const std::string& key) const {
+        const auto found = mReplies.find(key);
+        return found == mReplies.end() ? String8() : String8(found->second.c_str());
+    }
+
+    const String16 mDescriptor = audioDescriptor();
     std::mutex mLock;
     std::map<std::string, std::string> mReplies = {
             {"QuorinVersion", "QuorinVersion=2.4.1"},

@@ -89,7 +89,7 @@ size_t DspModel::recordSize(uint32_t request, const ParamBlockHeader* header) co
     }
 }
 
-int DspModel::request(uint32_t request, void* record) {
+int DspModel::request(uint32_t request, void* record, size_t length) {
     const std::lock_guard<std::mutex> serving(mServing);
     if (!isKnown(request)) {
         journal("dsp refuse %s reason=unknown", requestText(request, record).c_str());
@@ -104,7 +104,7 @@ int DspModel::request(uint32_t request, void* record) {
     switch (request) {
         case kRequestSetCacheSize: return setCacheSize(*static_cast<uint32_t*>(record));
         case kRequestConfigureBlock: return configure(*static_cast<CacheBlockConfig*>(record));
-        default: return transfer(request, *static_cast<ParamBlockHeader*>(record));
+        default: return transfer(request, *static_cast<ParamBlockHeader*>(record), length);
     }
 }
 
@@ -153,10 +153,12 @@ int DspModel::configure(const CacheBlockConfig& config) {
 }
 
 // Why a record cannot be carried out, or null.
-const char* DspModel::objection(const ParamBlockHeader& header) const {
+const char* DspModel::objection(const ParamBlockHeader& header, size_t length) const {
+    if (mCacheSize == 0) return "no-cache";
     if (header.size > blockSize() || header.offset > blockSize() - header.size) {
         return "outside-block";
     }
+    if (header.size > length - sizeof(header)) return "cut-short";
     const bool whole = header.id == QUORIN_PIPELINE_ID;
     if (whole && (header.offset != 0 || header.size != blockSize())) return "not-a-whole-block";
     const bool bound = std::any_of(mBlocks.begin(), mBlocks.end(), [&header](const Block& block) {
@@ -165,8 +167,8 @@ const char* DspModel::objection(const ParamBlockHeader& header) const {
     return bound ? nullptr : "no-such-mask";
 }
 
-int DspModel::transfer(uint32_t request, ParamBlockHeader& header) {
-    const char* reason = objection(header);
+int DspModel::transfer(uint32_t request, ParamBlockHeader& header, size_t length) {
+    const char* reason = objection(header, length);
     if (reason != nullptr) return refuse(request, &header, reason);
     auto* payload = reinterpret_cast<uint8_t*>(&header + 1);
     std::string text = requestText(request, &header);

@@ -17,9 +17,10 @@
 
 class DspModel {
   public:
-    // Serves one request; `record` is all of it, header and payload, as recordSize() tells. Returns
-    // 0 or an errno. Takes as long as slow() says. Any thread.
-    int request(uint32_t request, void* record);
+    // Serves one request; `record` is all of it, header and payload, as recordSize() tells. What
+    // reaches beyond its `length` is refused, whatever was configured since recordSize() was asked.
+    // Returns 0 or an errno. Takes as long as slow() says. Any thread.
+    int request(uint32_t request, void* record, size_t length = SIZE_MAX);
 
     // How long the record of a request is; for those with a header, `header` must be readable. 0
     // for a request that is refused whatever follows: unknown, or longer than a block.
@@ -46,8 +47,8 @@ class DspModel {
     bool failsNow();
     int setCacheSize(uint32_t size);
     int configure(const CacheBlockConfig& config);
-    int transfer(uint32_t request, ParamBlockHeader& header);
-    const char* objection(const ParamBlockHeader& header) const;
+    int transfer(uint32_t request, ParamBlockHeader& header, size_t length);
+    const char* objection(const ParamBlockHeader& header, size_t length) const;
     int refuse(uint32_t request, const void* record, const char* reason);
     size_t blockSize() const { return mCacheSize / kCacheBlockCount; }
 

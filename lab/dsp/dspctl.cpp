@@ -3,11 +3,13 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "driver/zyl_quorin_ioctl.h"
 #include "lab/dsp/control.h"
 
 namespace {
@@ -21,9 +23,11 @@ int usage() {
     return 2;
 }
 
+// Whether they are all numbers; none is longer than fits.
 bool areNumbers(char** words, int count) {
     for (int i = 0; i < count; ++i) {
-        if (words[i][0] == '\0' || strspn(words[i], "0123456789") != strlen(words[i])) return false;
+        const size_t length = strlen(words[i]);
+        if (length < 1 || length > 9 || strspn(words[i], "0123456789") != length) return false;
     }
     return true;
 }
@@ -36,7 +40,7 @@ std::string ask(const std::string& line) {
     const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const sockaddr_un address = dspControlAddress();
     if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
-        return "dspd is not there";
+        return std::string("dspd cannot be reached: ") + strerror(errno);
     }
     std::string answer;
     char part[4096];
@@ -52,6 +56,9 @@ std::string ask(const std::string& line) {
 
 int main(int argc, char** argv) {
     if (argc < 2 || numbersOf(argv[1]) != argc - 2 || !areNumbers(argv + 2, argc - 2)) {
+        return usage();
+    }
+    if (strcmp(argv[1], "block") == 0 && strtoul(argv[2], nullptr, 10) >= kCacheBlockCount) {
         return usage();
     }
     std::string line = argv[1];

@@ -6,6 +6,7 @@
 #include <fuse_opt.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -53,7 +54,8 @@ void serve(fuse_req_t request, int number, void* argument, fuse_file_info*, unsi
     }
     std::vector<uint8_t> record(std::max(size, inSize));
     if (inSize > 0) memcpy(record.data(), in, inSize);
-    reply(request, gDsp.request(command, record.data()), record.data(), reads ? size : 0);
+    const int error = gDsp.request(command, record.data(), record.size());
+    reply(request, error, record.data(), reads ? size : 0);
 }
 
 std::string answer(const std::string& line) {

@@ -15,6 +15,7 @@ void journal(const char* format, ...) {
     va_end(arguments);
     if (wanted < 0) return;
     const size_t length = std::min(static_cast<size_t>(wanted), sizeof(line) - 2);
+    std::replace(line, line + length, '\n', ' ');
     line[length] = '\n';
     // Opened anew for each line: the journal may be removed, or the root changed, in between.
     const int fd = open("/run/journal", O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);

@@ -1,5 +1,6 @@
 # shellcheck shell=sh
 # The DSP refuses: each request of each operation in turn, and the device itself missing.
+# shellcheck source=tests/device/lib.sh
 . /tests/lib.sh
 
 uptime_centiseconds() {

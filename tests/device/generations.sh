@@ -1,5 +1,6 @@
 # shellcheck shell=sh
 # Which settings generation a start picks, by the tuning files that are there.
+# shellcheck source=tests/device/lib.sh
 . /tests/lib.sh
 samples=/usr/share/zyl/tunings
 
@@ -34,11 +35,11 @@ restart_service
 expect 'Maldor wins where both are there' 'fffffff7 00000000' "$(reply 6 i32 0)"
 expect 'Maldor starts with its default settings on disk' \
     "$(printf '06000000010000000200000001000000030000000000000000100000001000000010000000100000001000000010000000100000001000000010000000100000%s' 00000000)$(
-        for identifier in 1 2 3 4 5; do
+        for _ in 1 2 3 4 5; do
             printf '00000000-0000-0000-0000-000000000000\0'
         done | xxd -p | tr -d '\n'
     )000000000080bf000080bf000080bf000080bf00$(
-        for identifier in 1 2; do
+        for _ in 1 2; do
             printf '00000000-0000-0000-0000-000000000000\0'
         done | xxd -p | tr -d '\n'
     )00" "$(settings)"

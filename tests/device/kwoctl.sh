@@ -1,5 +1,6 @@
 # shellcheck shell=sh
 # kwoctl as a person uses it: what it prints, and how it ends.
+# shellcheck source=tests/device/lib.sh
 . /tests/lib.sh
 
 # STATUS|COMMAND|OUTPUT, with the errors behind the output; \n ends a line.

@@ -93,7 +93,7 @@ poke() {
     poke_file=$1 poke_offset=$2
     shift 2
     for byte; do
-        printf "\\x$byte"
+        printf '%b' "\\x$byte"
     done | dd of="$poke_file" bs=1 seek="$poke_offset" conv=notrunc 2>/dev/null
 }
 

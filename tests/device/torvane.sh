@@ -1,5 +1,6 @@
 # shellcheck shell=sh
 # The Torvane generation from its start on: effect, stereo mode, tunings, forced mode.
+# shellcheck source=tests/device/lib.sh
 . /tests/lib.sh
 
 # expected_block N TUNING: the tuning file with the default settings laid over it.

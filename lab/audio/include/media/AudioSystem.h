@@ -15,6 +15,10 @@ class AudioSystem {
     static status_t setParameters(audio_io_handle_t ioHandle, const String8& keyValuePairs);
     // Empty when the audio system has no answer, or is not there.
     static String8 getParameters(audio_io_handle_t ioHandle, const String8& keys);
+
+    // The same in the global space.
+    static status_t setParameters(const String8& keyValuePairs);
+    static String8 getParameters(const String8& keys);
 };
 
 }  // namespace android
