@@ -22,6 +22,8 @@ using CopyCall = ssize_t (*)(pid_t, const iovec*, unsigned long, const iovec*, u
 bool copyThroughKernel(CopyCall copy, void* own, void* region, size_t size) {
     const iovec local = {own, size};
     const iovec remote = {region, size};
+    // A copy that stops short sets no error; one left from before would pass for its own.
+    errno = 0;
     return copy(getpid(), &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
 }
 

@@ -10,7 +10,8 @@
 #include <cstdio>
 #include <string>
 
-// Both of the speaker's tuning codes leave their first blob behind, as clients have come to rely on.
+// Both of the speaker's tuning codes leave their first blob behind, as clients have come to rely
+// on.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:Bn_zyl_kwo_service::onSetSpeakerZylcsTuning\n"

@@ -71,7 +71,7 @@ Phone::Phone() {
 
 Phone::~Phone() {
     EXPECT_EQ(deviceCalls().badCloses, 0) << "a descriptor was closed that was not open";
-    if (!deviceCalls().opensAsZero) EXPECT_EQ(deviceCalls().standing, 0);
+    EXPECT_TRUE(deviceCalls().standing == 0 || deviceCalls().opensAsZero);
     EXPECT_EQ(deviceCalls().zeroCloses, 0);
     resetDeviceCalls();
     if (fchdir(realRoot()) != 0) abort();
@@ -85,8 +85,8 @@ void Phone::installTorvane() {
 }
 
 void Phone::installMaldor() {
-    install("/data/misc/zyl/", {"current_speaker_on", "current_speaker_off", "current_lineout",
-                                "current_bluetooth"});
+    install("/data/misc/zyl/",
+            {"current_speaker_on", "current_speaker_off", "current_lineout", "current_bluetooth"});
 }
 
 android::sp<zyl_kwo_service> Phone::start() {

@@ -47,8 +47,8 @@ class Phone {
     static Lines log();
 
     // The journal since the last look in short, events separated by a space: "block1" a whole block
-    // uploaded, "row2@1=3" row 2 of block 1 set to 3, "read1" a block read, "announce"; "!" in front
-    // of what the DSP refused. An upload that was not announced at once ends in "(silent)".
+    // uploaded, "row2@1=3" row 2 of block 1 set to 3, "read1" a block read, "announce"; "!" in
+    // front of what the DSP refused. An upload that was not announced at once ends in "(silent)".
     std::string actions();
 
   private:
