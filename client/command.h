@@ -30,5 +30,6 @@ struct Command {
 extern const std::vector<Command> kBasicCommands;
 extern const std::vector<Command> kEqualiserCommands;
 extern const std::vector<Command> kBlockCommands;
+extern const std::vector<Command> kTuningCommands;
 
 #endif  // ZYL_CLIENT_COMMAND_H

@@ -9,13 +9,13 @@
 namespace {
 
 constexpr const std::vector<Command>* kTables[] = {&kBasicCommands, &kEqualiserCommands,
-                                                   &kBlockCommands};
+                                                   &kBlockCommands, &kTuningCommands};
 
 void printHelp(FILE* out) {
     fprintf(out, "Usage: kwoctl COMMAND [ARGUMENT]...\n\n");
     for (const auto* table : kTables) {
         for (const Command& command : *table) {
-            fprintf(out, "  %-8s %-26s %s\n", command.name, command.arguments, command.help);
+            fprintf(out, "  %-14s %-24s %s\n", command.name, command.arguments, command.help);
         }
     }
     fprintf(out,

@@ -24,6 +24,16 @@ int32_t zyl_kwo_service::rebuildBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockTyp
     return result;
 }
 
+int32_t zyl_kwo_service::reloadBlocks(std::initializer_list<CacheBlockType> blocks, bool on) {
+    for (CacheBlockType block : blocks) {
+        zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
+        if (loadBlock(ctrl, block, on) != 0) return kZylKwoTuningNotLoadable;
+        if (uploadBlock(ctrl, block) != 0) return kZylKwoUploadFailed;
+        applyForcedParametersAndAnnounce();
+    }
+    return kZylKwoOk;
+}
+
 int32_t zyl_kwo_service::rebuildBlockZero() {
     zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
     return rebuildBlock(ctrl, kBlockSpeaker);

@@ -69,8 +69,8 @@ int32_t zyl_kwo_service::setGEQGainAll(const uint16_t gains[kGEQBandCount]) {
         if (result != 0) return result;
     }
     mSettingsHolder->saveSettings();
-    // All bands in one write, packed as their rows lie in the pipeline; rows wider than a gain leave
-    // the rest of the write zero.
+    // All bands in one write, packed as their rows lie in the pipeline; rows wider than a gain
+    // leave the rest of the write zero.
     constexpr size_t kGainsSize = kGEQBandCount * sizeof(*gains);
     const uint32_t size = kGEQBandCount * g_parameterTable[kRowGEQGain].size;
     ParameterBuffer buffer(size);

@@ -1,13 +1,36 @@
+// The listening test, Maldor only.
+
 #include "service/zyl_kwo_service.h"
 
-int32_t zyl_kwo_service::setListeningTestResult(float, float, float, float) {
-    return kZylKwoNotAvailable;
+int32_t zyl_kwo_service::setListeningTestResult(float a, float b, float c, float d) {
+    if (mGeneration != kMaldor) return kZylKwoNotAvailable;
+    int32_t result = maldor().applyListeningTest(a, b, c, d);
+    if (result == 0) result = reloadLineoutAndBluetooth();
+    if (result != 0) return result;
+    maldor().setListeningTestValues(a, b, c, d);
+    mSettingsHolder->saveSettings();
+    return kZylKwoOk;
 }
 
-int32_t zyl_kwo_service::getListeningTestResult(float*, float*, float*, float*) {
-    return kZylKwoNotAvailable;
+int32_t zyl_kwo_service::getListeningTestResult(float* a, float* b, float* c, float* d) {
+    if (mGeneration != kMaldor) return kZylKwoNotAvailable;
+    maldor().getListeningTestValues(a, b, c, d);
+    return kZylKwoOk;
 }
 
 int32_t zyl_kwo_service::resetListeningTestResult() {
-    return kZylKwoNotAvailable;
+    if (mGeneration != kMaldor) return kZylKwoNotAvailable;
+    ServiceLock lock(gServiceLock);
+    const uint32_t size = g_parameterTable[kRowListeningTest].size;
+    ParameterBuffer buffer(size);
+    int32_t result = 0;
+    for (CacheBlockType block : {kBlockLineout, kBlockBluetooth}) {
+        result = sendToBlocks(buffer, kRowListeningTest, size, {block});
+        // Forgotten here even if the DSP did not hear of it: its next load brings it in step.
+        maldor().resetListeningTest(static_cast<zylRoute>(block));
+        if (result != 0) break;
+    }
+    mSettingsHolder->saveSettings();
+    if (result == 0) applyForcedParametersAndAnnounce();
+    return kZylKwoOk;
 }

@@ -16,9 +16,20 @@ constexpr char kDefaultTorvaneTuning[] = "/etc/zyl/speaker_0";
 constexpr int32_t kInitialDbLevel = -80000;
 
 // A client cannot tell the settings' results from the service's own.
-static_assert(static_cast<int>(kSettingsBadArgument) == kZylKwoBadArgument,
-              "one code, one meaning");
-static_assert(static_cast<int>(kSettingsUnsupported) == kZylKwoUnsupported,
+constexpr bool means(zylKwoErrors error, ZylKwoResult result) {
+    return static_cast<int32_t>(error) == static_cast<int32_t>(result);
+}
+static_assert(means(kSettingsBadArgument, kZylKwoBadArgument) &&
+                      means(kSettingsFileFailed, kZylKwoTuningNotLoadable) &&
+                      means(kSettingsFileTooShort, kZylKwoTuningTooShort) &&
+                      means(kSettingsNoMemory, kZylKwoNoMemory) &&
+                      means(kSettingsUnsupported, kZylKwoUnsupported) &&
+                      means(kSettingsConversionFailed6, kZylKwoConversionFailed6) &&
+                      means(kSettingsConversionFailed7, kZylKwoConversionFailed7) &&
+                      means(kSettingsConversionFailed5, kZylKwoConversionFailed5) &&
+                      means(kSettingsConversionFailed8, kZylKwoConversionFailed8) &&
+                      means(kSettingsConversionFailed, kZylKwoConversionFailed) &&
+                      means(kSettingsConversionFailed9, kZylKwoConversionFailed9),
               "one code, one meaning");
 static_assert(kBandCount == kGEQBandCount, "the settings hold what clients set");
 

@@ -11,11 +11,13 @@
 #include <atomic>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 
 #include "driver/zyl_driver.h"
 #include "service/Bn_zyl_kwo_service.h"
 #include "service/service_lock.h"
 #include "settings/settings_holder.h"
+#include "settings/settings_struct_maldor.h"
 
 class zyl_kwo_service : public Bn_zyl_kwo_service {
   public:
@@ -113,6 +115,11 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     int32_t rebuildBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block) REQUIRES(gServiceLock);
     int32_t rebuildBlockZero() REQUIRES(gServiceLock);
 
+    // Loads and uploads the blocks in turn, each with forced parameters and announcement, and stops
+    // at the first that fails. Returns a ZylKwoResult.
+    int32_t reloadBlocks(std::initializer_list<CacheBlockType> blocks, bool on)
+            REQUIRES(gServiceLock);
+
     // Sends the buffer as `row` to the blocks in turn until one write fails; `size` bytes of it.
     // Returns the last write's result.
     int32_t sendToBlocks(ParameterBuffer& buffer, int32_t row, uint32_t size,
@@ -129,8 +136,25 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     int32_t applyForcedParameters() REQUIRES(gServiceLock);
     void applyForcedParametersAndAnnounce() REQUIRES(gServiceLock);
 
+    // Maldor's tuning data, operations/zylcs_tuning.cpp.
+
+    // Folds tuning data into one of the speaker's two records.
+    int32_t setSpeakerTuning(bool on, const ZylcsData& zylcs);
+    // Blocks 1 and 2 for the effect being on; takes the lock.
+    int32_t reloadLineoutAndBluetooth() EXCLUDES(gServiceLock);
+    // Keeps the data's identifier and saves. Returns 0.
+    int32_t remember(zylSettingsStructMaldor::Identifier which, const ZylcsData& zylcs);
+    // `identifier` is where Maldor keeps the name; none is refused.
+    int32_t getName(std::optional<zylSettingsStructMaldor::Identifier> identifier, char* name,
+                    const int32_t* length);
+
     zylSettingsStruct& settings() REQUIRES(gServiceLock) {
         return *mSettingsHolder->getSettingsStruct();
+    }
+    // Only on Maldor. Not guarded: tuning data and listening tests are folded into the records, and
+    // remembered, without the lock, so that a long conversion keeps nobody waiting.
+    zylSettingsStructMaldor& maldor() {
+        return *static_cast<zylSettingsStructMaldor*>(mSettingsHolder->getSettingsStruct());
     }
 
     // Constant after construction. There is a holder whenever there is a generation.

@@ -27,14 +27,14 @@ void zylSettingsStruct::logError(const char* returnType, const char* operation, 
     va_start(arguments, format);
     vsnprintf(message, sizeof(message), format, arguments);
     va_end(arguments);
-    __android_log_print(ANDROID_LOG_ERROR, mGeneration.logTag, "virtual %s %s::%s: %s", returnType,
+    __android_log_print(ANDROID_LOG_ERROR, mGeneration.logTag, "%s %s::%s: %s", returnType,
                         mGeneration.className, operation, message);
 }
 
 void zylSettingsStruct::setStereoMode(uint32_t mode) {
     if (mode - 1 >= kStereoModeCount) {
-        logError("void", "setStereoMode(uint32_t)", "stereo mode out of range error, mode tried %d",
-                 static_cast<int>(mode));
+        logError("virtual void", "setStereoMode(uint32_t)",
+                 "stereo mode out of range error, mode tried %d", static_cast<int>(mode));
         return;
     }
     mImage.stereoMode = mode;
@@ -42,7 +42,7 @@ void zylSettingsStruct::setStereoMode(uint32_t mode) {
 
 zylKwoErrors zylSettingsStruct::setGEQGain(uint32_t band, uint16_t gain) {
     if (band >= kBandCount || mImage.geqEnable == 0 || !isGEQGain(gain)) {
-        logError("int32_t", "setGEQGain(uint32_t, uint16_t)",
+        logError("virtual int32_t", "setGEQGain(uint32_t, uint16_t)",
                  "Setting GEQ gain out of range error, band %d", static_cast<int>(band));
         return kSettingsBadArgument;
     }
@@ -53,7 +53,7 @@ zylKwoErrors zylSettingsStruct::setGEQGain(uint32_t band, uint16_t gain) {
 zylKwoErrors zylSettingsStruct::getGEQGain(uint32_t band, uint16_t& gain) const {
     if (band >= kBandCount) {
         gain = 0;
-        logError("int32_t", "getGEQGain(uint32_t, uint16_t &)",
+        logError("virtual int32_t", "getGEQGain(uint32_t, uint16_t &)",
                  "Getting GEQ gain out of range error, band %d", static_cast<int>(band));
         return kSettingsBadArgument;
     }
@@ -73,19 +73,20 @@ void zylSettingsStruct::SetDefaults() {
 void zylSettingsStruct::LoadStruct() {
     const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(kSettingsFile, "rbe"), fclose);
     if (file == nullptr) {
-        logError("void", "LoadStruct()", "Error while trying to open file for loading (file:%s)",
-                 kSettingsFile);
+        logError("virtual void", "LoadStruct()",
+                 "Error while trying to open file for loading (file:%s)", kSettingsFile);
         SetDefaults();
         if (mGeneration.createsMissingFile) SaveStruct();
         return;
     }
     // Straight into the fields: what a short file holds counts.
     if (fread(&mImage, 1, mGeneration.imageSize, file.get()) != mGeneration.imageSize) {
-        logError("void", "LoadStruct()", "Error reading settings file ...(file:%s)", kSettingsFile);
+        logError("virtual void", "LoadStruct()", "Error reading settings file ...(file:%s)",
+                 kSettingsFile);
         return;
     }
     if (getVersion() > mGeneration.currentVersion) {
-        logError("void", "LoadStruct()",
+        logError("virtual void", "LoadStruct()",
                  "Version problem detected, the settings file was saved with a newer version of "
                  "the service (file is version %d current service version is %d)",
                  static_cast<int>(getVersion()), static_cast<int>(mGeneration.currentVersion));
@@ -96,11 +97,11 @@ void zylSettingsStruct::SaveStruct() {
     switch (replaceFile(kSettingsFile, &mImage, mGeneration.imageSize)) {
         case ReplaceResult::kReplaced: return;
         case ReplaceResult::kNotOpened:
-            logError("void", "SaveStruct()", "Error while trying to open file for saving (file:%s)",
-                     kSettingsFile);
+            logError("virtual void", "SaveStruct()",
+                     "Error while trying to open file for saving (file:%s)", kSettingsFile);
             return;
         case ReplaceResult::kNotWritten:
-            logError("void", "SaveStruct()", "Error writing settings file ...(file:%s)",
+            logError("virtual void", "SaveStruct()", "Error writing settings file ...(file:%s)",
                      kSettingsFile);
             return;
     }

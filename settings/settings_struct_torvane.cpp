@@ -26,7 +26,7 @@ zylSettingsStructTorvane::zylSettingsStructTorvane() : zylSettingsStruct(kGenera
 
 zylKwoErrors zylSettingsStructTorvane::setTuning(zylRoute route, uint32_t tuning) {
     if (!isRoute(route)) {
-        logError("int32_t", "setTuning(zylRoute, uint32_t)",
+        logError("virtual int32_t", "setTuning(zylRoute, uint32_t)",
                  "Headphone or route number out of range error, HP %d Route %d",
                  static_cast<int>(tuning), static_cast<int>(route));
         return kSettingsBadArgument;
@@ -37,8 +37,8 @@ zylKwoErrors zylSettingsStructTorvane::setTuning(zylRoute route, uint32_t tuning
 
 uint32_t zylSettingsStructTorvane::getTuning(zylRoute route) {
     if (!isRoute(route)) {
-        logError("uint32_t", "getTuning(zylRoute)", "Headphone route out of range error, route %d",
-                 static_cast<int>(route));
+        logError("virtual uint32_t", "getTuning(zylRoute)",
+                 "Headphone route out of range error, route %d", static_cast<int>(route));
         return static_cast<uint32_t>(kSettingsBadArgument);
     }
     return mImage.tuning[route];

@@ -25,7 +25,17 @@ enum zylRoute : int32_t {
 enum zylKwoErrors : int32_t {
     kSettingsOk = 0,
     kSettingsBadArgument = -1,
+    kSettingsFileFailed = -2,    // a pipeline record cannot be opened, or not written in full
+    kSettingsFileTooShort = -4,  // a file holds less than a pipeline record
+    kSettingsNoMemory = -6,
     kSettingsUnsupported = -8,
+    // What the conversion library found wrong with tuning data, by its own code.
+    kSettingsConversionFailed6 = -1000,
+    kSettingsConversionFailed7 = -1001,
+    kSettingsConversionFailed5 = -1002,
+    kSettingsConversionFailed8 = -1003,
+    kSettingsConversionFailed = -1004,  // -1, and codes that are not the library's
+    kSettingsConversionFailed9 = -1005,
 };
 
 // The part of the image that both generations share, as it lies in the settings file,
@@ -45,6 +55,9 @@ static_assert(offsetof(CommonSettingsImage, tuning) == 12 &&
               "fixed by the settings file");
 
 constexpr int kIdentifierSize = 37;  // 36 characters and a NUL
+
+// A listening-test value while no test was taken.
+constexpr float kNoListeningTest = -1.0F;
 
 // The whole image of the Maldor generation. An identifier names the tuning data that was applied.
 struct MaldorSettingsImage {

@@ -15,6 +15,9 @@
 #include <optional>
 #include <string>
 
+// A listening test whose first value is this one fails with -9.
+constexpr float kFailingTestValue = -999.0F;
+
 struct Row {
     int32_t id;
     uint32_t size;
