@@ -7,51 +7,8 @@ uptime_centiseconds() {
     sed 's/ .*//; s/\.//' /proc/uptime
 }
 
-story >/dev/null
-
-# With one request failing after so many: SKIP|CALL|REPLY|STORY. What a failure does not stop comes as
-# ever, and what it stops does not come.
-while IFS='|' read -r skip call answer wanted; do
-    dspctl fail "$skip" 1
-    # shellcheck disable=SC2086
-    got=$(reply $call)
-    dspctl reset
-    expect "call $call with request $skip failing" "$answer" "$got"
-    expect "story of $call with request $skip failing" "$wanted" "$(story)"
-done <<'END'
-0|5 i32 3|ffffffff|xw2.1 a a
-1|5 i32 3|ffffffff|w2.1=03000000 a xw2.2 a a
-0|7 i32 1 i32 1|fffffffd|xW1 a
-0|3 i32 1||xW0 a w0.1=00000000 a w0.2=00000000 a w1.1=00000000 a w1.2=00000000 a w26.1=00000000 a w26.2=00000000 a w27.1=0000000000000000 a w27.2=0000000000000000 a a
-1|3 i32 1||W0 a xw0.1 a w0.2=00000000 a w1.1=00000000 a w1.2=00000000 a w26.1=00000000 a w26.2=00000000 a w27.1=0000000000000000 a w27.2=0000000000000000 a a
-8|3 i32 1||W0 a w0.1=00000000 a w0.2=00000000 a w1.1=00000000 a w1.2=00000000 a w26.1=00000000 a w26.2=00000000 a w27.1=0000000000000000 a xw27.2 a a
-0|41 i32 0|00000000|xW0 a W1 a W2 a a
-1|41 i32 0|00000000|W0 a xW1 a W2 a a
-2|41 i32 0|00000000|W0 a W1 a xW2 a a
-END
-expect 'settings are kept though the DSP refused' '00000000 00000003' "$(reply 4)"
-expect 'a tuning is kept though its upload failed' '00000000 00000001' "$(reply 6 i32 1)"
-
-# Forced mode has three runs, each of which ends at its first failure.
-forced=$(dspctl reset && reply 41 i32 1 >/dev/null && story)
-for skip in 3 4 5 10 17 18 28; do
-    dspctl fail "$skip" 1
-    reply 41 i32 1 >/dev/null
-    dspctl reset
-    # Where the failing event stands among the writes decides which of them are left out.
-    expect "forced mode with request $skip failing" "$(
-        echo "$forced" | awk -v skip="$skip" '{
-            for (i = 1; i < NF; i += 2) {
-                match($i, /[0-9]+/); row = substr($i, RSTART, RLENGTH) + 0
-                run = $i ~ /^W/ ? "W" i : row == 2 ? "stereo" : row < 20 ? "first" : "second"
-                if (run == failed) continue
-                if (writes++ == skip) { sub(/=.*/, "", $i); $i = "x" $i; failed = run }
-                printf "%s a ", $i
-            }
-            print "a"
-        }')" "$(story)"
-done
-reply 41 i32 0 >/dev/null
+run_cases /tests/cases/faults.cases
+reply 5 i32 3 >/dev/null
 
 # The n-th request of a start: whatever fails, the service comes up and goes on with the next. The DSP
 # still knows the cache size of the start before.

@@ -7,25 +7,11 @@ samples=/usr/share/zyl/tunings
 expect 'with no tuning the log says so' \
     'zyl_kwo_service service E zyl_kwo_service::zyl_kwo_service(): default tuning file for either Maldor or Torvane/Ruvelle cannot be opened. System is missing tunings' \
     "$(new_log | grep 'System is missing')"
-while IFS='|' read -r call answer; do
-    # shellcheck disable=SC2086
-    expect "with no tuning, call $call" "$answer" "$(reply $call)"
-done <<'END'
-2|0x80000002
-3 i32 1|0x80000002
-4|fffffff7 00000000
-5 i32 3|fffffff7
-5 i32 9|fffffff7
-6 i32 0|fffffff7 00000000
-7 i32 0 i32 0|fffffff7
-41 i32 1|00000000
-3004|00000000 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780
-1001 i32 1|00000000 0002000c
-END
-expect 'with no tuning the DSP is not touched' '' "$(story)"
+story >/dev/null
+run_cases /tests/cases/none.cases
 expect 'with no tuning nothing is stored' '' "$(ls /data/misc/zyl)"
 
-cp "$samples"/torvane/* /etc/zyl/ 2>/dev/null || { mkdir -p /etc/zyl && cp "$samples"/torvane/* /etc/zyl/; }
+cp "$samples"/torvane/* /etc/zyl/
 restart_service
 expect 'Torvane has tuning numbers' '00000000 00000001' "$(reply 6 i32 0)"
 expect 'Torvane uploads its blocks' 'S185100 C0 C1 C2 W0 a W1 a W2 a a' "$(story)"

@@ -11,25 +11,7 @@ version() {
         sed -n 's/\(..\)\(..\)\(..\)\(..\)/\4\3\2\1/p' | xxd -r -p | tr -d '\0'
 }
 
-while IFS='|' read -r call answer; do
-    # shellcheck disable=SC2086
-    expect "call $call" "$answer" "$(reply $call)"
-done <<'END'
-32 i32 9|00000000 00000000
-40 i32 77|00000000
-32 i32 0|00000000 0000004d
-40 i32 -5|00000000
-32 i32 0|00000000 fffffffb
-1001 i32 0|00000000 00000002
-1001 i32 1|00000000 0002000c
-1001 i32 2|00000000 000003f0
-1001 i32 3|ffffffff 00000000
-1001 i32 -1|ffffffff 00000000
-3004|00000000 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780 fffec780
-3005 i32 -2147483648 i32 1 i32 2 i32 3 i32 4 i32 5 i32 6 i32 7 i32 8 i32 2147483647|00000000
-3004|00000000 80000000 00000001 00000002 00000003 00000004 00000005 00000006 00000007 00000008 7fffffff
-END
-expect 'none of it reaches the DSP' '' "$(story)"
+run_cases /tests/cases/clients.cases
 restart_service
 expect 'routes and levels do not outlive a restart' \
     '00000000 00000000 00000000 fffec780' "$(reply 32) $(reply 3004 | cut -c 1-17)"

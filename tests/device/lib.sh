@@ -88,6 +88,36 @@ restart_service() {
     until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
 }
 
+# clean_start GENERATION: the service anew, with the generation's samples and no settings.
+clean_start() {
+    stop zyl_kwo_service
+    rm -rf /etc/zyl /data/misc/zyl
+    mkdir -p /etc/zyl /data/misc/zyl
+    case $1 in
+        torvane) cp /usr/share/zyl/tunings/torvane/* /etc/zyl/ ;;
+        maldor) cp /usr/share/zyl/tunings/maldor/* /data/misc/zyl/ ;;
+    esac
+    restart_service
+    story >/dev/null
+    new_log >/dev/null
+}
+
+# run_cases FILE: calls the service as the lines of the file say, which are
+#     SKIP|CALL|REPLY|STORY
+# where SKIP, if there is one, lets so many requests to the DSP pass and the next one fail.
+run_cases() {
+    clean_start "$(sed -n 's/^# generation: //p' "$1")"
+    while IFS='|' read -r skip call answer wanted; do
+        case $skip in '#'*) continue ;; esac
+        [ -z "$skip" ] || dspctl fail "$skip" 1
+        # shellcheck disable=SC2086
+        got=$(reply $call)
+        [ -z "$skip" ] || dspctl reset
+        expect "${1##*/}: $call${skip:+, request $skip failing}" "$answer / $wanted" \
+            "$got / $(story)"
+    done <"$1"
+}
+
 # poke FILE OFFSET HEX...: overwrites bytes of a file.
 poke() {
     poke_file=$1 poke_offset=$2

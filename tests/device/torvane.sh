@@ -44,50 +44,7 @@ ZylcsToQuorinConv I zyl_kwo_service is now ready, joining thread pool' "$(new_lo
 expect 'a start writes no settings file' 'no' \
     "$([ -e /data/misc/zyl/zyl_kwo_settings ] && echo yes || echo no)"
 
-# What a call replies and what the DSP is asked because of it: CALL | REPLY | STORY
-while IFS='|' read -r call answer wanted; do
-    # shellcheck disable=SC2086
-    got=$(reply $call)
-    expect "call $call" "$answer" "$got"
-    expect "story of $call" "$wanted" "$(story)"
-done <<'END'
-5 i32 3|00000000|w2.1=03000000 a w2.2=03000000 a a
-4|00000000 00000003|
-5 i32 4|ffffffff|
-5 i32 0|ffffffff|
-5 i32 -1|ffffffff|
-5 i32 1|00000000|w2.1=01000000 a w2.2=01000000 a a
-4|00000000 00000001|
-3 i32 0||W0 a w0.1=17000000 a w0.2=17000000 a w1.1=17000000 a w1.2=17000000 a w26.1=1f000000 a w26.2=1f000000 a w27.1=1f00000000000000 a w27.2=1f00000000000000 a a
-2|00000000|
-3 i32 7||W0 a w0.1=00000000 a w0.2=00000000 a w1.1=00000000 a w1.2=00000000 a w26.1=00000000 a w26.2=00000000 a w27.1=0000000000000000 a w27.2=0000000000000000 a a
-2|00000007|
-6 i32 0|00000000 00000001|
-7 i32 0 i32 2|00000000|W0 a
-6 i32 0|00000000 00000002|
-7 i32 0 i32 9|fffffffe|
-6 i32 0|00000000 00000002|
-7 i32 1 i32 1|00000000|W1 a
-7 i32 2 i32 1|00000000|W2 a
-7 i32 3 i32 0|ffffffff|
-7 i32 -1 i32 0|ffffffff|
-7 i32 0 i32 -1|ffffffff|
-6 i32 3|ffffffff 00000000|
-6 i32 -1|ffffffff 00000000|
-1 i32 0|00000014|
-1 i32 1|00000014 00000014 302e3112 352e332e 0000302e 00000000|
-10|0xffffffb6|
-16|0xffffffb6|
-42|0xffffffb6|
-3006|0xffffffb6|
-19 i32 1 i32 0 i32 0|fffffff7|
-30|0x80000002|
-31|fffffff7|
-41 i32 5|00000000|W0 a W1 a W2 a w2.1=03000000 a w2.2=03000000 a w14.1=00000000 a w14.2=00000000 a w15.1=00000000 a w15.2=00000000 a w16.1=00000000 a w16.2=00000000 a w17.1=00000000 a w17.2=00000000 a w18.1=00000000 a w18.2=00000000 a w19.1=00000000 a w19.2=00000000 a w20.1=00000000 a w20.2=00000000 a w21.1=00000000 a w21.2=00000000 a w22.1=00000000 a w22.2=00000000 a w23.1=00000000 a w23.2=00000000 a w24.1=00000000 a w24.2=00000000 a w25.1=00000000 a w25.2=00000000 a a
-4|00000000 00000001|
-41 i32 0|00000000|W0 a W1 a W2 a a
-END
-
+run_cases /tests/cases/torvane.cases
 expect 'the settings file holds what was set' \
     0300000007000000010000000200000001000000010000000010000000100000001000000010000000100000001000000010000000100000001000000010000000000000 \
     "$(settings)"
