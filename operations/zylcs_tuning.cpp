@@ -1,6 +1,7 @@
 // Tuning data from clients, Maldor only. The data is folded into the saved records before the lock
 // is taken; under it the blocks that the records are for are loaded anew.
 
+#include <algorithm>
 #include <cstring>
 
 #include "service/zyl_kwo_service.h"
@@ -9,10 +10,11 @@ namespace {
 
 using Identifier = zylSettingsStructMaldor::Identifier;
 
-// Tuning data begins with its identifier; data without a NUL is identifier to its end.
+// Tuning data begins with its identifier; data without a NUL is identifier to its end. Nothing
+// behind what can be kept is looked at.
 std::string identifierOf(const ZylcsData& zylcs) {
     const auto* text = reinterpret_cast<const char*>(zylcs.bytes);
-    return std::string(text, strnlen(text, static_cast<size_t>(zylcs.size)));
+    return std::string(text, strnlen(text, std::min(zylcs.size, kZylcsNameSize - 1)));
 }
 
 // Index 1 is lineout's, 2 bluetooth's; there is nothing to remember for others.
