@@ -67,6 +67,7 @@ zylKwoErrors zylSettingsStructMaldor::saveQuorinPipeline(const std::string& path
 }
 
 zylKwoErrors zylSettingsStructMaldor::modifyRecord(const std::string& name, const Modify& modify) {
+    const std::lock_guard<std::mutex> lock(mRecordLock);
     const std::string path = kRecordDirectory + name;
     Record record;
     zylKwoErrors result = loadQuorinPipeline(path, &record);

@@ -1,15 +1,16 @@
 // The generation whose tunings are pipeline images under /data/misc/zyl/, one for each route and
 // state, that tuning data from clients is folded into.
 //
-// The operations below the virtual ones run without the service's lock. Each replaces a record as a
-// whole, so two at once leave one of the two results; what they remember here they write as plain
-// fields, and the last one wins.
+// The operations below the virtual ones run without the service's lock. Changes of records take
+// turns, so none is lost; what the operations remember here they write as plain fields, and the
+// last one wins.
 
 #ifndef ZYL_SETTINGS_SETTINGS_STRUCT_MALDOR_H
 #define ZYL_SETTINGS_SETTINGS_STRUCT_MALDOR_H
 
 #include <functional>
 #include <memory>
+#include <mutex>
 
 #include "driver/zyl_convert_api.h"
 #include "settings/settings_struct.h"
@@ -87,6 +88,8 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
 
     char* field(Identifier which);
 
+    // Held from a record's loading to its saving, the conversion library's work in between.
+    std::mutex mRecordLock;
     MaldorSettingsImage mImage;
 };
 
