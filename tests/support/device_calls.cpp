@@ -31,7 +31,7 @@ int openOther(const char* path, int flags, mode_t mode) {
 int openAs(Kind kind) {
     const int fd = static_cast<int>(syscall(SYS_memfd_create, "device", MFD_CLOEXEC));
     // Binder's is mapped.
-    if (ftruncate(fd, 4 << 20) != 0) return -1;
+    if (!isKnown(fd) || ftruncate(fd, 4 << 20) != 0) return -1;
     kinds[fd] = kind;
     return fd;
 }

@@ -3,6 +3,7 @@
 #include <android/log.h>
 #include <binder/Parcel.h>
 #include <fcntl.h>
+#include <media/AudioSystem.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,8 +13,10 @@
 #include <iterator>
 #include <mutex>
 #include <random>
+#include <sstream>
 
 #include "lab/conversion/layout.h"
+#include "lab/journal/journal.h"
 
 namespace {
 
@@ -101,6 +104,11 @@ android::sp<zyl_kwo_service> Phone::startTorvane() {
     return start();
 }
 
+std::map<std::string, std::string>& Phone::audioReplies() {
+    static std::map<std::string, std::string> replies;
+    return replies;
+}
+
 Lines Phone::journal() {
     std::ifstream file("/run/journal");
     Lines lines;
@@ -170,3 +178,47 @@ Answer transact(android::IBinder& service, uint32_t code, const Words& arguments
     if (!answer.words.empty()) memcpy(answer.words.data(), reply.data(), reply.dataSize());
     return answer;
 }
+
+namespace {
+
+Words wordsOf(const std::string& text) {
+    std::istringstream in(text);
+    Words words;
+    std::string word;
+    while (in >> word) words.push_back(static_cast<int32_t>(strtoll(word.c_str(), nullptr, 0)));
+    return words;
+}
+
+}  // namespace
+
+Words replyOf(const std::string& transaction) {
+    return wordsOf(transaction.substr(transaction.find(':') + 1));
+}
+
+void expectReplies(android::IBinder& service, std::initializer_list<const char*> transactions) {
+    for (const std::string transaction : transactions) {
+        Words arguments = wordsOf(transaction.substr(0, transaction.find(':')));
+        const auto code = static_cast<uint32_t>(arguments.at(0));
+        arguments.erase(arguments.begin());
+        EXPECT_EQ(transact(service, code, arguments),
+                  (Answer{android::NO_ERROR, replyOf(transaction)}))
+                << transaction;
+    }
+}
+
+namespace android {
+
+status_t AudioSystem::setParameters(audio_io_handle_t handle, const String8& pairs) {
+    if (handle != 0) return BAD_VALUE;
+    journal("audio set %s", pairs.string());
+    return NO_ERROR;
+}
+
+String8 AudioSystem::getParameters(audio_io_handle_t handle, const String8& keys) {
+    if (handle != 0) return String8("");
+    journal("audio get %s", keys.string());
+    const auto reply = Phone::audioReplies().find(keys.string());
+    return String8(reply == Phone::audioReplies().end() ? "" : reply->second.c_str());
+}
+
+}  // namespace android

@@ -8,12 +8,12 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <map>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "service/zyl_kwo_service.h"
-#include "tests/support/audio_system.h"
 #include "tests/support/device_calls.h"
 
 using Lines = std::vector<std::string>;
@@ -46,10 +46,13 @@ class Phone {
     Lines journal();
     static Lines log();
 
-    // The journal since the last look in short, events separated by a space: "block1" a whole block
-    // uploaded, "row2@1=3" row 2 of block 1 set to 3, "read1" a block read, "announce"; "!" in
-    // front of what the DSP refused. An upload that was not announced at once ends in "(silent)".
-    std::string actions();
+    // What the audio system answers each key with; nothing where the key is not here.
+    static std::map<std::string, std::string>& audioReplies();
+
+    // The journal since the last look in short, a word an event: "Sn" cache size, "Cn" block n
+    // configured, "Wn" and "Rn" block n written and read as a whole, "wR.n=DATA" row R of block n
+    // written, "a" announced; in front "x" failed, "!" refused. Other lines stay as they are.
+    std::string story();
 
   private:
     std::string mRoot;
@@ -82,5 +85,9 @@ inline std::ostream& operator<<(std::ostream& out, const Answer& answer) {
 // One transaction with 32-bit arguments.
 Answer transact(android::IBinder& service, uint32_t code, const Words& arguments,
                 const android::String16& token = Izyl_kwo_service::descriptor);
+
+// Transactions that succeed, each as "CODE ARGUMENTS : REPLY" in words of any base.
+void expectReplies(android::IBinder& service, std::initializer_list<const char*> transactions);
+Words replyOf(const std::string& transaction);
 
 #endif  // ZYL_TESTS_SUPPORT_PHONE_H

@@ -1,0 +1,206 @@
+#include <sys/stat.h>
+
+#include <climits>
+
+#include "tests/support/phone.h"
+
+namespace {
+
+// A driver that knows the pipeline size, the three blocks configured.
+struct Started {
+    Phone phone;
+    zylDriver driver;
+    zylQuorinPipelineCtrl ctrl{zylQuorinPipelineCtrl::kWithHeader};
+
+    Started() {
+        driver.initDriverCache();
+        driver.configureCacheBlocks();
+        ctrl.clear();
+        phone.story();
+        phone.log();
+        deviceCalls().opens = 0;
+    }
+};
+
+Lines driverError(const std::string& text) {
+    return text.empty() ? Lines() : Lines{"6 ZylcsToQuorinConv: " + text};
+}
+
+}  // namespace
+
+TEST(Driver, ADeviceThatIsNotThereIsTriedTwelveTimes) {
+    struct {
+        int missing, opens;
+        long slept;
+        int result;
+        const char* actions;
+    } const kCases[] = {
+            {0, 1, 0, 0, "W1 a"},
+            {1, 2, 100000, 0, "W1 a"},
+            {11, 12, 1100000, 0, "W1 a"},
+            {12, 12, 1200000, -1, "a"},
+            {INT_MAX, 12, 1200000, -1, "a"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.missing);
+        Started s;
+        deviceCalls().missing = c.missing;
+        EXPECT_EQ(s.driver.sendParamBlock(s.ctrl, kBlockLineout), c.result);
+        EXPECT_EQ(deviceCalls().opens, c.opens);
+        EXPECT_EQ(deviceCalls().sleptMicros, c.slept);
+        EXPECT_EQ(s.phone.story(), c.actions);
+        EXPECT_EQ(s.phone.log(), Lines());
+    }
+}
+
+TEST(Driver, DescriptorZeroIsUsedAndNeverClosed) {
+    Started s;
+    deviceCalls().opensAsZero = true;
+    {
+        zylDriver driver;
+        driver.initDriverCache();
+        EXPECT_EQ(driver.configureCacheBlocks(), 0);
+        EXPECT_EQ(driver.sendParamBlock(s.ctrl, kBlockLineout), 0);
+    }
+    EXPECT_EQ(deviceCalls().opens, 1);
+    EXPECT_EQ(deviceCalls().zeroCloses, 0);
+}
+
+TEST(Driver, TheLogTimePropertyLogsNanosecondsOfEachUpload) {
+    const std::pair<const char*, bool> kCases[] = {
+            {nullptr, false}, {"true", true}, {"trueish", true}, {"tru", false},
+            {"TRUE", false},  {"1", false},   {" true", false}};
+    for (const auto& [value, logs] : kCases) {
+        SCOPED_TRACE(value == nullptr ? "unset" : value);
+        Started s;
+        if (value != nullptr) writeFile("/run/properties/zyl.kwo.log_time", std::string(value));
+        const ParameterTableEntry& row = g_parameterTable[2];
+        ParameterBuffer buffer(row.size, 3);
+        s.driver.sendParamBlock(s.ctrl, kBlockLineout);
+        s.driver.sendParam(buffer, row.id, row.size, row.offset, kBlockSpeaker);
+        s.driver.readParamBlock(s.ctrl, kBlockBluetooth);
+        s.driver.notifyNewParams();
+        EXPECT_EQ(s.phone.story(), "W1 a w2.0=03000000 a R2 a");
+        const auto line = testing::MatchesRegex(
+                "4 ZylcsToQuorinConv: system time before sending parameters to driver [0-9]+");
+        EXPECT_THAT(s.phone.log(),
+                    testing::AllOf(testing::SizeIs(logs ? 2 : 0), testing::Each(line)));
+    }
+}
+
+TEST(Driver, TheMaskFileSetsAllThreeMasksOrNone) {
+    const Words kDefaults = {0x2, 0x2000C, 0x3F0};
+    const std::string kHead = "void zylDriver::ReadDevicesCSV(): Error ";
+    const std::string kPath = "(file://data//misc//zyl//cache-mask.csv)";
+    const std::string kMissing =
+            kHead + "while trying to open file for device mask " + kPath + ", Using default values";
+    const std::string kShort = kHead + "reading mask cache file ..." + kPath + ", using defaults";
+    struct {
+        const char* text;  // null: no file
+        Words masks;
+        std::string logged;
+    } const kCases[] = {
+            {nullptr, kDefaults, kMissing},  {"", kDefaults, kShort},
+            {"\n", kDefaults, kShort},       {"1", kDefaults, kShort},
+            {"1,2", kDefaults, kShort},      {"1,2,", {1, 2, 0}, ""},
+            {",,", {0, 0, 0}, ""},           {"5,6,7", {5, 6, 7}, ""},
+            {"5,6,7\n", {5, 6, 7}, ""},      {"1,2,3,4", {1, 2, 3}, ""},
+            {"0x10,2,3", {0, 2, 3}, ""},     {" 5,\t+6,-1\n", {5, 6, -1}, ""},
+            {"7x,eight,9 9", {7, 0, 9}, ""},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.text == nullptr ? "missing" : c.text);
+        Phone phone;
+        if (c.text != nullptr) writeFile(kMaskFile, std::string(c.text));
+        zylDriver driver;
+        driver.configureCacheBlocks();
+        EXPECT_EQ(Words(std::begin(g_deviceMasks), std::end(g_deviceMasks)), c.masks);
+        EXPECT_EQ(phone.log(), driverError(c.logged));
+    }
+    Phone phone;
+    ASSERT_EQ(mkdir(kMaskFile, 0700), 0);
+    zylDriver().ReadDevicesCSV();
+    EXPECT_EQ(Words(std::begin(g_deviceMasks), std::end(g_deviceMasks)), kDefaults);
+    EXPECT_EQ(phone.log(), driverError(kShort));
+}
+
+TEST(Driver, ATuningFileLoadsWholeOrNotAtAll) {
+    Bytes longer = tuningImage("longer");
+    longer.push_back(0x55);
+    const Bytes exact(longer.begin(), longer.end() - 1);
+    const Bytes shorter(longer.begin(), longer.end() - 2);
+    struct {
+        const char* name;
+        int block;
+        const Bytes* file;
+        int result;
+    } const kCases[] = {
+            {"exact", 0, &exact, 0},     {"longer", 2, &longer, 0}, {"shorter", 1, &shorter, -4},
+            {"missing", 1, nullptr, -2}, {"exact", 3, &exact, -1},  {"missing", 3, nullptr, -1},
+            {"", 1, nullptr, -4},  // the directory itself
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(testing::Message() << c.name << " " << c.block);
+        Started s;
+        if (c.file != nullptr) writeFile(kMaldorTuningDirectory + std::string(c.name), *c.file);
+        EXPECT_EQ(s.driver.LoadParamBlock(s.ctrl, static_cast<CacheBlockType>(c.block), c.name),
+                  c.result);
+        const Bytes loaded(s.ctrl.data(), s.ctrl.data() + kImageSize);
+        EXPECT_TRUE(loaded == (c.result == 0 ? exact : Bytes(kImageSize, 0)));
+        EXPECT_EQ(
+                s.phone.log(),
+                driverError(c.result != -2 ? ""
+                                           : "int zylDriver::LoadParamBlock(zylQuorinPipelineCtrl "
+                                             "&, CacheBlockType, std::string): Tuning file cannot "
+                                             "be opened [/data/misc/zyl/missing]"));
+    }
+}
+
+TEST(Driver, AudioQueriesFitOrFailAsAWhole) {
+    struct Query {
+        int (zylDriver::*run)(char*, unsigned int);
+        const char *name, *subject;
+    };
+    const Query kVersion = {&zylDriver::getQuorinVersion, "Version", "version info"};
+    const Query kText = {&zylDriver::getQuorinDescription, "Description", "quorin description"};
+    const Query kPlatform = {&zylDriver::getQuorinPlatformVersion, "PlatformVersion",
+                             "quorin platform version"};
+    struct {
+        Query query;
+        std::string reply;
+        unsigned int size;
+        const char* copied;  // null: refused
+    } const kCases[] = {
+            {kVersion, "QuorinVersion=1.2", 18, "QuorinVersion=1.2"},
+            {kVersion, "QuorinVersion=1.2", 17, nullptr},
+            {kVersion, "x=1;QuorinVersion=2", 64, "QuorinVersion=2"},
+            {kVersion, "QuorinVersion=1;QuorinVersion=2", 64, "QuorinVersion=1;QuorinVersion=2"},
+            // The whole reply has to fit, though less of it is copied.
+            {kVersion, "x=1;QuorinVersion=2", 19, nullptr},
+            {kVersion, "", 64, nullptr},
+            {kText, "QuorinDescription=d", 20, "QuorinDescription=d"},
+            {kText, "QuorinVersion=1.2", 64, nullptr},
+            {kPlatform, "seven", 6, "seven"},
+            {kPlatform, "seven", 5, nullptr},
+            {kPlatform, "", 1, ""},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.reply + " " + std::to_string(c.size));
+        Phone phone;
+        zylDriver driver;
+        const std::string name = std::string("Quorin") + c.query.name;
+        Phone::audioReplies()[name] = c.reply;
+        // No larger than announced, so that a write beyond it is caught.
+        std::vector<char> text(c.size, '#');
+        const bool copied = c.copied != nullptr;
+        EXPECT_EQ((driver.*c.query.run)(text.data(), c.size), copied ? 0 : -7);
+        EXPECT_EQ(copied ? text.data() : std::string(text.begin(), text.end()),
+                  copied ? c.copied : std::string(c.size, '#'));
+        EXPECT_EQ(phone.log(), driverError(copied ? ""
+                                                  : "int zylDriver::get" + name +
+                                                            "(char *, unsigned int): cannot copy " +
+                                                            c.query.subject +
+                                                            ". min value of 'size' should be " +
+                                                            std::to_string(c.reply.size())));
+    }
+}

@@ -1,0 +1,107 @@
+#include "lab/conversion/layout.h"
+#include "tests/support/phone.h"
+
+using android::sp;
+
+TEST(SetEnabled, WithoutItsTuningFileItSavesAndWritesNothing) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    remove("/etc/zyl/speaker_off");
+    EXPECT_EQ(service->setEnabled(0), -1);
+    EXPECT_EQ(wordAt(readFile(kSettingsFile), 4), 0u);
+    EXPECT_EQ(phone.log().back(),
+              "6 zyl_kwo_service service: LoadParamBlock returned an error (-2)....");
+    writeFile("/etc/zyl/speaker_1", Bytes(kImageSize - 1));
+    EXPECT_EQ(service->setEnabled(1), -1);
+    EXPECT_EQ(phone.log(),
+              Lines{"6 zyl_kwo_service service: LoadParamBlock returned an error (-4)...."});
+    EXPECT_EQ(phone.story(), "");
+}
+
+TEST(SetTuning, AFileThatCannotBeLoadedRestoresThePreviousNumber) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    writeFile("/etc/zyl/bluetooth_5", Bytes(kImageSize - 1));
+    expectReplies(*service, {"7 0 77 : -2", "6 0 : 0 1", "7 2 5 : -4", "6 2 : 0 0"});
+    EXPECT_EQ(phone.story(), "");
+    EXPECT_FALSE(exists(kSettingsFile));
+    // The speaker's file goes by the stored state of the effect; the other routes have no off file.
+    service->setEnabled(0);
+    expectReplies(*service, {"7 0 77 : 0", "6 0 : 0 77", "7 2 77 : -2"});
+}
+
+TEST(SetTuning, LineoutThreeBecomesOneWhereItsFileIsMissing) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    remove("/etc/zyl/lineout_3");
+    expectReplies(*service, {"7 1 3 : 0", "6 1 : 0 1"});
+    EXPECT_EQ(wordAt(readFile(kSettingsFile), 16), 1u);
+    // Back to what was stored before, not to what the fallback stored in between.
+    writeFile("/etc/zyl/lineout_7", tuningImage("lineout_7"));
+    expectReplies(*service, {"7 1 7 : 0"});
+    remove("/etc/zyl/lineout_1");
+    expectReplies(*service, {"7 1 3 : -2", "6 1 : 0 7"});
+}
+
+// A row may be narrower or wider than what is written to it.
+TEST(Operations, RowsOfAnySizeAreWrittenWithZerosBehindTheirValue) {
+    const std::string gains = "2003200320032003200320032003200320032003";
+    struct {
+        uint32_t size;
+        const char* mode;
+        std::string gains;
+    } const kCases[] = {{1, "03", gains.substr(20)},
+                        {2, "0300", gains},
+                        {3, "030000", gains + std::string(20, '0')},
+                        {8, "0300000000000000", ""}};
+    for (const auto& c : kCases) {
+        Phone phone;
+        setRowSize(layout(), 2, c.size);
+        setRowSize(layout(), 3, c.size);
+        const sp<zyl_kwo_service> service = phone.startTorvane();
+        service->setGEQEnable(1);
+        phone.story();
+        expectReplies(*service, {"5 3 : 0"});
+        EXPECT_EQ(phone.story(), std::string("w2.1=") + c.mode + " a w2.2=" + c.mode + " a a");
+        expectReplies(*service, {"15 800 800 800 800 800 800 800 800 800 800 : 0"});
+        EXPECT_THAT(phone.story(),
+                    testing::HasSubstr(" w3.0" + (c.gains.empty() ? "" : "=" + c.gains) + " "));
+    }
+}
+
+TEST(VersionString, JoinsWhatIsKnownAndKeepsTheSeparators) {
+    const std::string longest = "QuorinDescription=" + std::string(2071 - 18, 'd');
+    const std::string head = "KwoService=1.0.3.5.0";
+    struct {
+        std::string library;  // empty: it tells no version
+        std::map<std::string, std::string> replies;
+        std::string text;
+    } const kCases[] = {
+            {"4.5", {}, head + ";ConversionLib=4.5;;;"},
+            {"", {}, head + ";;;"},
+            {"4.5",
+             {{"QuorinVersion", "x=1;QuorinVersion=2.4"},
+              {"QuorinDescription", longest},
+              {"QuorinPlatformVersion", "7"}},
+             head + ";ConversionLib=4.5;QuorinVersion=2.4;" + longest + ";7"},
+            {"", {{"QuorinDescription", longest + "d"}}, head + ";;;"},
+            // A library with more to say than there is room for.
+            {std::string(4000, 'v'),
+             {},
+             head + ";ConversionLib=" + std::string(3071 - 20 - 15, 'v')},
+    };
+    for (const auto& c : kCases) {
+        Phone phone;
+        layout().version.reset();
+        if (!c.library.empty()) layout().version = c.library;
+        const sp<zyl_kwo_service> service = phone.startTorvane();
+        Phone::audioReplies() = c.replies;
+        std::vector<char> text(kVersionStringSize, 'x');
+        auto length = static_cast<int32_t>(text.size());
+        EXPECT_EQ(service->getVersionString(text.data(), &length), 0);
+        EXPECT_STREQ(text.data(), c.text.c_str());
+        EXPECT_EQ(length, static_cast<int32_t>(c.text.size()));
+        EXPECT_EQ(phone.journal(), (Lines{"audio get QuorinVersion", "audio get QuorinDescription",
+                                          "audio get QuorinPlatformVersion"}));
+    }
+}

@@ -1,0 +1,197 @@
+// What the tables of cases cannot show: the token, replies that cannot be written, the proxy's own
+// results.
+
+#include <binder/Parcel.h>
+
+#include "tests/support/phone.h"
+
+using android::FAILED_TRANSACTION;
+using android::NO_ERROR;
+using android::PERMISSION_DENIED;
+using android::sp;
+using android::UNKNOWN_TRANSACTION;
+
+namespace {
+
+std::string logged(const std::string& text) {
+    return "6 zyl_kwo_service service: virtual status_t Bn_zyl_kwo_service::onTransact(uint32_t, "
+           "const android::Parcel &, android::Parcel *, uint32_t): " +
+           text;
+}
+
+// What a code logs when its reply cannot be written. Of the codes without a text, 3 replies
+// nothing, and nobody looks at what 40 and 41 reply; the parcel itself does not tell that 11
+// failed.
+struct Code {
+    uint32_t number;
+    const char* failure;
+    bool fails;
+};
+
+const Code kCodes[] = {
+        {1, "Error writing platform info to reply", true},
+        {2, "error writing KWO enabled info to reply", true},
+        {3, nullptr, false},
+        {4, "Error writing KWO get stereo mode reply", true},
+        {5, "Error writing KWO set stereo mode info to reply", true},
+        {6, "error writing KWO getTuning to reply", true},
+        {7, "error writing KWO setTuning info to reply", true},
+        {8, "Error writing KWO get geq gain reply", true},
+        {9, "Error writing KWO set geq gain info to reply", true},
+        {11, nullptr, false},
+        {12, "Error writing KWO set geq enable info to reply", true},
+        {13, "Error writing KWO get geq enable reply", true},
+        {14, "Problem writing GEQ gains, failed transaction", true},
+        {15, "Error writing KWO set geq geq gain all info to reply", true},
+        {19, nullptr, true},
+        {20, nullptr, true},
+        {21, nullptr, true},
+        {22, nullptr, true},
+        {23, nullptr, true},
+        {24, nullptr, true},
+        {25, nullptr, true},
+        {26, nullptr, true},
+        {27, nullptr, true},
+        {28, nullptr, true},
+        {29, "Error writing KWO set listening test result to reply", true},
+        {30, "Error writing KWO set listening test result to reply", true},
+        {31, "Error writing KWO reset listening test result to reply", true},
+        {32, "error writing GET_ACTIVE_ROUTE to reply", true},
+        {40, nullptr, false},
+        {41, nullptr, false},
+        {1001, "error writing KWO get route mask to reply", true},
+        {3002, "error writing into reply", true},
+        {3003, "error writing into reply", true},
+        {3004, "error writing get dB levels, failed transaction", true},
+        {3005, "Error writing KWO set db gain info to reply", true},
+};
+
+// The way to the service: not local, so that a proxy is needed, and open to faults.
+class Way : public android::BBinder {
+  public:
+    explicit Way(const sp<zyl_kwo_service>& service) : mService(service) {}
+
+    android::status_t fault = NO_ERROR;
+
+  protected:
+    android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
+                                 uint32_t flags) override {
+        return fault != NO_ERROR ? fault : mService->transact(code, data, reply, flags);
+    }
+
+  private:
+    const sp<zyl_kwo_service> mService;
+};
+
+}  // namespace
+
+TEST(Dispatcher, TheTokenIsAskedForBeforeAnythingElseAndOnlyByKnownCodes) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const android::String16 wrong("zyl.kwo.Izyl_kwo_servic");
+    const Answer denied = {PERMISSION_DENIED, {}};
+    for (const Code& code : kCodes) {
+        EXPECT_EQ(transact(*service, code.number, {1}, wrong), denied);
+    }
+    for (uint32_t code : {10u, 3001u}) EXPECT_EQ(transact(*service, code, {1}, wrong), denied);
+    for (uint32_t code : {0u, 16u, 17u, 18u, 33u, 39u, 42u, 43u, 1000u, 1002u, 3000u, 3006u}) {
+        EXPECT_EQ(transact(*service, code, {}, wrong).status, UNKNOWN_TRANSACTION) << code;
+    }
+    EXPECT_EQ(transact(*service, android::IBinder::PING_TRANSACTION, {}, wrong).status, NO_ERROR);
+    EXPECT_EQ(phone.story(), "");
+    EXPECT_FALSE(exists(kSettingsFile));
+    EXPECT_EQ(phone.log(), Lines());
+}
+
+TEST(Dispatcher, AReplyThatCannotBeWrittenIsLoggedAndFails) {
+    Phone phone;
+    phone.installMaldor();
+    const sp<zyl_kwo_service> service = phone.start();
+    // So large that the parcel refuses to grow any further.
+    constexpr size_t kNearlyFull = 0x58000000;
+    android::Parcel full;
+    ASSERT_EQ(full.setDataSize(kNearlyFull), NO_ERROR);
+    for (const Code& code : kCodes) {
+        SCOPED_TRACE(code.number);
+        full.setDataPosition(kNearlyFull);
+        android::Parcel data;
+        data.writeInterfaceToken(Izyl_kwo_service::descriptor);
+        phone.log();
+        EXPECT_EQ(service->transact(code.number, data, &full),
+                  code.fails ? FAILED_TRANSACTION : NO_ERROR);
+        Lines own;
+        for (const std::string& line : phone.log()) {
+            if (line.find("onTransact") != std::string::npos) own.push_back(line);
+        }
+        EXPECT_EQ(own, code.failure == nullptr ? Lines() : Lines{logged(code.failure)});
+    }
+}
+
+TEST(Dispatcher, AFailedOperationIsLoggedInTheWordsOfItsCode) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    remove("/etc/zyl/speaker_1");
+    EXPECT_EQ(transact(*service, 3, {1}), (Answer{FAILED_TRANSACTION, {}}));
+    EXPECT_EQ(phone.log().back(), logged("Error reading KWO enabled info to reply"));
+    EXPECT_EQ(transact(*service, 30, {}), (Answer{FAILED_TRANSACTION, {-9}}));
+    EXPECT_EQ(phone.log().back(), logged("Error writing KWO set listening test result to reply"));
+}
+
+TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
+    Phone phone;
+    phone.installMaldor();
+    const sp<zyl_kwo_service> service = phone.start();
+    const sp<Izyl_kwo_service> proxy = Izyl_kwo_service::asInterface(new Way(service));
+    uint16_t gain = 0;
+    int32_t value = 0;
+    EXPECT_EQ(proxy->setGEQEnable(1), 0);
+    EXPECT_EQ(proxy->setGEQGain(9, 32767), 0);
+    EXPECT_EQ(proxy->getGEQGain(9, &gain), 0);
+    EXPECT_EQ(gain, 32767);
+    EXPECT_EQ(proxy->setEnabled(7), 0);
+    EXPECT_EQ(proxy->getEnabled(&value), 0);
+    EXPECT_EQ(value, 7);
+    PlatformInfoRecord info = {};
+    EXPECT_EQ(proxy->getPlatformInfo(&info), 0);
+    EXPECT_STREQ(info.version, "1.0.3.5.0");
+    // An identifier that its blob just holds, and a work area.
+    uint8_t data[] = "Tuning";
+    uint8_t work[5] = {};
+    EXPECT_EQ(proxy->setAccessoryZylcsTuning(2, data, sizeof(data), work, sizeof(work)), 0);
+    EXPECT_THAT(phone.journal(), testing::Contains("conv AccessoryZylcsTuning mode=3 rate=44100 "
+                                                   "data=7 work=5 result=0"));
+    char name[kZylcsNameSize] = {};
+    int32_t length = kZylcsNameSize;
+    EXPECT_EQ(proxy->getAccessoryZylcsTuningName(2, name, &length), 0);
+    EXPECT_STREQ(name, "Tuning");
+    // A refusal leaves what the caller had.
+    EXPECT_EQ(proxy->getTuning(0, &value), -9);
+    EXPECT_EQ(value, 7);
+}
+
+TEST(Proxy, FaultsOfTheWayHaveResultsOfTheirOwn) {
+    Phone phone;
+    const sp<Way> way = new Way(phone.startTorvane());
+    const sp<Izyl_kwo_service> proxy = Izyl_kwo_service::asInterface(way);
+    const std::pair<android::status_t, int32_t> kCases[] = {
+            {android::DEAD_OBJECT, kZylKwoServiceGone},
+            {PERMISSION_DENIED, kZylKwoCallRefused},
+            {FAILED_TRANSACTION, kZylKwoCallFailed},
+    };
+    for (const auto& [fault, result] : kCases) {
+        way->fault = fault;
+        int32_t value = 123;
+        EXPECT_EQ(proxy->setEnabled(1), result);
+        EXPECT_EQ(proxy->getStereoMode(&value), result);
+        EXPECT_EQ(value, 123);
+    }
+}
+
+TEST(Proxy, IsNotUsedForAServiceInTheSameProcess) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<android::IBinder> binder = android::IInterface::asBinder(service.get());
+    EXPECT_EQ(Izyl_kwo_service::asInterface(binder).get(), service.get());
+    EXPECT_EQ(binder->queryLocalInterface(android::String16("zyl.kwo.Izyl_kwo_service2")), nullptr);
+    EXPECT_EQ(Izyl_kwo_service::asInterface(nullptr), nullptr);
+}

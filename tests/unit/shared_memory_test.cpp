@@ -1,0 +1,157 @@
+#include <binder/Parcel.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
+
+#include "tests/support/phone.h"
+
+using android::sp;
+
+namespace {
+
+// A service and a client's region, an unlinked file or plain memory, that it was handed in a
+// parcel.
+struct Shared {
+    Phone phone;
+    const int fd;
+    sp<zyl_kwo_service> service = phone.startTorvane();
+
+    explicit Shared(bool file = false)
+        : fd(file ? open("/data", O_RDWR | O_TMPFILE | O_CLOEXEC, 0600)
+                  : memfd_create("region", MFD_CLOEXEC)) {
+        resize(kImageSize);
+        android::Parcel data;
+        android::Parcel reply;
+        data.writeInterfaceToken(Izyl_kwo_service::descriptor);
+        data.writeFileDescriptor(fd);
+        data.writeInt32(kImageSize);
+        android::IBinder& binder = *service;
+        EXPECT_EQ(binder.transact(3001, data, &reply), android::NO_ERROR);
+        EXPECT_EQ(reply.readInt32(), 0);
+    }
+    ~Shared() { close(fd); }
+
+    void resize(size_t size) { EXPECT_EQ(ftruncate(fd, static_cast<off_t>(size)), 0); }
+    void put(const Bytes& bytes) {
+        EXPECT_EQ(pwrite(fd, bytes.data(), bytes.size(), 0), static_cast<ssize_t>(bytes.size()));
+    }
+    Bytes get(size_t size = kImageSize) {
+        Bytes bytes(size);
+        EXPECT_EQ(pread(fd, bytes.data(), size, 0), static_cast<ssize_t>(size));
+        return bytes;
+    }
+};
+
+}  // namespace
+
+TEST(SharedMemory, BlocksTravelBothWaysThroughMemoryAndFiles) {
+    for (bool file : {false, true}) {
+        Shared s(file);
+        EXPECT_EQ(s.service->fetchCacheBlock(2), 0);
+        EXPECT_TRUE(s.get() == deviceCalls().model->block(2));
+        s.put(tuningImage("pushed"));
+        EXPECT_EQ(s.service->pushCacheBlock(1), 0);
+        EXPECT_TRUE(deviceCalls().model->block(1) == tuningImage("pushed"));
+        EXPECT_EQ(s.phone.story(), "R2 W1 a a");
+    }
+}
+
+TEST(SharedMemory, ABlockThatDoesNotExistReadsAsZerosAndIsNotPushed) {
+    Shared s;
+    for (int32_t block : {3, 5, -1}) {
+        Bytes expected(kImageSize + 4, 0x77);
+        s.put(expected);
+        EXPECT_EQ(s.service->pushCacheBlock(block), 0);
+        EXPECT_EQ(s.service->fetchCacheBlock(block), 0);
+        std::fill_n(expected.begin(), kImageSize, 0);
+        EXPECT_TRUE(s.get(kImageSize + 4) == expected);
+    }
+    EXPECT_EQ(s.phone.story(), "");
+}
+
+TEST(SharedMemory, ARefusedReadLeavesTheRegionAlone) {
+    Shared s;
+    s.put(tuningImage("before"));
+    deviceCalls().model->fail(0, 1);
+    EXPECT_EQ(s.service->fetchCacheBlock(0), -3);
+    EXPECT_TRUE(s.get() == tuningImage("before"));
+}
+
+TEST(SharedMemory, OnlyARegionOfAWholeImageCounts) {
+    Shared s;
+    struct {
+        int fd;
+        int32_t length, result, copied;
+        const char* error;
+    } const kCases[] = {
+            {s.fd, kImageSize, 0, 0, nullptr},
+            {s.fd, kImageSize - 1, 0, -3000, nullptr},
+            {s.fd, 1, 0, -3000, nullptr},
+            {s.fd, 0, -3, -3000, "22, Invalid argument"},
+            {999, kImageSize, -3, -3000, "9, Bad file descriptor"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(testing::Message() << c.fd << " " << c.length);
+        // What was there before counts no more.
+        ASSERT_EQ(s.service->setFileDescriptor(s.fd, kImageSize), 0);
+        EXPECT_EQ(s.service->setFileDescriptor(c.fd, c.length), c.result);
+        for (int32_t block : {0, 5}) EXPECT_EQ(s.service->fetchCacheBlock(block), c.copied);
+        for (int32_t block : {0, 5}) EXPECT_EQ(s.service->pushCacheBlock(block), c.copied);
+        const std::string line = "6 zyl_kwo_service service: mmap failed! ";
+        EXPECT_EQ(s.phone.log(), c.error == nullptr ? Lines() : Lines{line + c.error});
+    }
+}
+
+TEST(SharedMemory, AnUnreachablePartOfTheRegionFailsTheCopyAndNothingElse) {
+    Shared s;
+    for (size_t left : {0, 4096}) {
+        SCOPED_TRACE(left);
+        s.resize(left);
+        // What an earlier call on this thread left behind must not be taken for this copy's error.
+        for (int stale : {0, ENOSYS}) {
+            errno = stale;
+            EXPECT_EQ(s.service->pushCacheBlock(0), -3);
+            errno = stale;
+            EXPECT_EQ(s.service->fetchCacheBlock(5), -3);
+        }
+        EXPECT_EQ(s.phone.story(), "");
+        EXPECT_EQ(s.phone.log(), Lines());
+        s.resize(kImageSize);
+        EXPECT_EQ(s.service->fetchCacheBlock(5), 0);
+    }
+}
+
+TEST(SharedMemory, AClientThatKeepsResizingItsFileHurtsNobody) {
+    Shared s;
+    std::atomic<bool> done{false};
+    std::thread client([&] {
+        while (!done) {
+            s.resize(0);
+            s.resize(kImageSize);
+        }
+    });
+    for (int i = 0; i < 300; ++i) {
+        EXPECT_THAT(s.service->fetchCacheBlock(i % 3), testing::AnyOf(0, -3));
+        EXPECT_THAT(s.service->pushCacheBlock(i % 3), testing::AnyOf(0, -3));
+    }
+    done = true;
+    client.join();
+}
+
+// A slow block copy keeps nobody waiting who only asks for settings.
+TEST(SharedMemory, GettersAnswerWhileABlockIsCopied) {
+    Shared s;
+    deviceCalls().model->slow(1000);
+    std::atomic<bool> copied{false};
+    std::thread copy([&] {
+        EXPECT_EQ(s.service->fetchCacheBlock(0), 0);
+        copied = true;
+    });
+    while (deviceCalls().standing == 0 && !copied) std::this_thread::yield();
+    expectReplies(*s.service, {"4 : 0 2"});
+    EXPECT_FALSE(copied);
+    copy.join();
+}

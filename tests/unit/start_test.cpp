@@ -1,0 +1,145 @@
+#include "lab/conversion/layout.h"
+#include "tests/support/phone.h"
+
+using android::sp;
+
+namespace {
+
+constexpr char kMissingMasks[] =
+        "6 ZylcsToQuorinConv: void zylDriver::ReadDevicesCSV(): Error while trying to open file "
+        "for "
+        "device mask (file://data//misc//zyl//cache-mask.csv), Using default values";
+
+std::string missingSettings(const std::string& tag, const std::string& name) {
+    return "6 zyl_settings_struct_" + tag + ": virtual void zylSettingsStruct" + name +
+           "::LoadStruct(): Error while trying to open file for loading "
+           "(file://data//misc//zyl//zyl_kwo_settings)";
+}
+
+struct Overlay {
+    uint32_t enabled = 1;
+    uint32_t mode = 2;
+    uint32_t geqEnable = 0;
+    uint16_t firstGain = 4096;
+    uint16_t gainStep = 0;
+};
+
+// What a block holds after a start: the tuning file with the settings laid over it.
+Bytes laidOver(const std::string& tuning, int block, const Overlay& settings,
+               uint32_t row27Size = 8) {
+    Bytes image = tuningImage(tuning);
+    if (block != 0) {
+        putWord(image, 64, settings.mode);
+        const uint32_t first = settings.enabled != 0 ? 0 : 23;
+        for (uint32_t offset : {16, 32, 36, 40}) putWord(image, offset, first);
+        const uint32_t second = settings.enabled != 0 ? 0 : 31;
+        for (uint32_t offset : {352u, 400u, 352 + row27Size, 352 + 2 * row27Size}) {
+            putWord(image, offset, second);
+        }
+    }
+    putWord(image, 132, settings.geqEnable);
+    for (uint32_t band = 0; band < 10; ++band) {
+        const auto gain = static_cast<uint16_t>(settings.firstGain + band * settings.gainStep);
+        memcpy(&image[100 + 2 * band], &gain, sizeof(gain));
+    }
+    return image;
+}
+
+void expectBlocks(const std::vector<std::string>& tunings, const Overlay& settings,
+                  uint32_t row27Size = 8) {
+    for (int block = 0; block < 3; ++block) {
+        // Not printed: the images are long.
+        EXPECT_TRUE(deviceCalls().model->block(block) ==
+                    laidOver(tunings[block], block, settings, row27Size))
+                << tunings[block];
+    }
+}
+
+}  // namespace
+
+TEST(Start, TorvanePreparesTheCacheAndUploadsItsTunings) {
+    Phone phone;
+    phone.installTorvane();
+    const sp<zyl_kwo_service> service = new zyl_kwo_service;
+    EXPECT_EQ(phone.story(), "S185100 C0 C1 C2 W0 a W1 a W2 a a");
+    EXPECT_EQ(phone.log(), (Lines{missingSettings("torvane", "Torvane"), kMissingMasks}));
+    expectBlocks({"speaker_1", "lineout_3", "bluetooth_0"}, {});
+    // A missing settings file is not made up for until something is saved.
+    EXPECT_FALSE(exists(kSettingsFile));
+}
+
+TEST(Start, MaldorIsPreferredAndWritesItsDefaultSettings) {
+    Phone phone;
+    phone.installTorvane();
+    phone.installMaldor();
+    const sp<zyl_kwo_service> service = new zyl_kwo_service;
+    EXPECT_EQ(phone.log(), (Lines{missingSettings("maldor", "Maldor"), kMissingMasks}));
+    expectBlocks({"current_speaker_on", "current_lineout", "current_bluetooth"}, {});
+    EXPECT_EQ(readFile(kSettingsFile).size(), 348u);
+    expectReplies(*service, {"6 0 : -9 0", "7 0 1 : -9", "3 0 :"});
+    EXPECT_EQ(deviceCalls().model->block(0), laidOver("current_speaker_off", 0, {0}));
+}
+
+TEST(Start, SavedSettingsAreLaidOverEachBlock) {
+    Phone phone;
+    for (uint32_t enabled : {0u, 1u, 7u}) {
+        for (uint32_t row27Size : {4u, 8u, 12u}) {
+            SCOPED_TRACE(testing::Message() << enabled << " " << row27Size);
+            setRowSize(layout(), 27, row27Size);
+            std::vector<uint32_t> words = {3, enabled, 3, 2, 1, 1};
+            // Only the low half of a gain counts.
+            for (uint32_t band = 0; band < 10; ++band) words.push_back(0x10000 + 1000 + band * 77);
+            words.push_back(5);
+            writeFile(kSettingsFile, bytesOf(words));
+            const sp<zyl_kwo_service> service = phone.startTorvane();
+            expectBlocks({enabled != 0 ? "speaker_2" : "speaker_off", "lineout_1", "bluetooth_1"},
+                         {enabled, 3, 5, 1000, 77}, row27Size);
+        }
+    }
+}
+
+TEST(Start, ABlockWithoutItsTuningFileIsSkipped) {
+    Phone phone;
+    phone.installTorvane();
+    writeFile("/etc/zyl/lineout_3", Bytes(kImageSize - 1));
+    remove("/etc/zyl/bluetooth_0");
+    const sp<zyl_kwo_service> service = new zyl_kwo_service;
+    EXPECT_THAT(phone.story(), testing::EndsWith("C2 W0 a a"));
+    EXPECT_THAT(phone.log().back(), testing::EndsWith("[/etc/zyl/bluetooth_0]"));
+}
+
+TEST(Start, LineoutFallsBackToTuningOneUnsavedUntilTheEnd) {
+    Phone phone;
+    phone.installTorvane();
+    remove("/etc/zyl/lineout_3");
+    sp<zyl_kwo_service> service = phone.start();
+    expectBlocks({"speaker_1", "lineout_1", "bluetooth_0"}, {});
+    EXPECT_FALSE(exists(kSettingsFile));
+    service.clear();
+    EXPECT_EQ(wordAt(readFile(kSettingsFile), 16), 1u);
+}
+
+TEST(Start, OffsetsOutsideTheImageAreLeftOut) {
+    Phone phone;
+    layout().rows[2].offset = -4;
+    layout().rows[13].offset = kImageSize - 3;
+    layout().rows[3].offset = INT32_MAX;
+    layout().rows[27].size = UINT32_MAX;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const Bytes tuning = tuningImage("bluetooth_0");
+    Bytes expected = laidOver("bluetooth_0", 2, {}, 0);
+    for (size_t offset : {64, 132}) putWord(expected, offset, wordAt(tuning, offset));
+    memcpy(&expected[100], &tuning[100], 2);
+    EXPECT_TRUE(deviceCalls().model->block(2) == expected);
+}
+
+TEST(Start, WithoutTuningsNothingIsTouched) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = new zyl_kwo_service;
+    EXPECT_EQ(phone.log(),
+              Lines{"6 zyl_kwo_service service: zyl_kwo_service::zyl_kwo_service(): default tuning "
+                    "file for either Maldor or Torvane/Ruvelle cannot be opened. System is missing "
+                    "tunings"});
+    EXPECT_EQ(phone.story(), "");
+    EXPECT_FALSE(exists(kSettingsFile));
+}

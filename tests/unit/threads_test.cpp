@@ -1,0 +1,153 @@
+// What runs at once: under the thread sanitizer these find races, everywhere they find mix-ups of
+// descriptors and half-done work.
+
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
+
+#include "settings/settings_struct_maldor.h"
+#include "settings/settings_struct_torvane.h"
+#include "tests/support/phone.h"
+
+using android::sp;
+
+namespace {
+
+// Opens and closes descriptors of its own until told to stop; each must stay its own in between.
+void bystand(const std::atomic<bool>& done) {
+    while (!done) {
+        const int fd = memfd_create("bystander", MFD_CLOEXEC);
+        struct stat before = {};
+        struct stat after = {};
+        EXPECT_EQ(fstat(fd, &before), 0);
+        std::this_thread::yield();
+        EXPECT_EQ(fstat(fd, &after), 0);
+        EXPECT_EQ(before.st_ino, after.st_ino);
+        EXPECT_EQ(close(fd), 0);
+    }
+}
+
+void callEverything(zyl_kwo_service& service, int thread) {
+    for (int i = 0; i < 25; ++i) {
+        int32_t value = 0;
+        int32_t levels[kDbLevelCount];
+        uint16_t gains[kGEQBandCount];
+        std::fill(std::begin(levels), std::end(levels), thread);
+        std::fill(std::begin(gains), std::end(gains), static_cast<uint16_t>(1000 + thread));
+        EXPECT_EQ(service.setStereoMode(1 + i % 3), 0);
+        service.getStereoMode(&value);
+        EXPECT_THAT(value, testing::AllOf(testing::Ge(1), testing::Le(3)));
+        EXPECT_EQ(service.fetchCacheBlock(i % 3), 0);
+        EXPECT_EQ(service.setGEQGainAll(gains), 0);
+        service.getGEQGainAll(gains);
+        service.setDbGain(levels);
+        service.getDbLevels(levels);
+        EXPECT_THAT(levels, testing::Each(levels[0]));
+        service.setActiveRoute(i);
+        service.getActiveRoute(&value);
+        EXPECT_EQ(service.pushCacheBlock(i % 3), 0);
+        if (i % 8 == thread) service.setReloadFlag(i % 2 != 0);
+        EXPECT_EQ(i % 8 == thread ? service.setEnabled(1) : 0, 0);
+        EXPECT_EQ(service.setTuning(2, i % 2), 0);
+    }
+}
+
+// Eight clients at once, each in turn calling with its number.
+template <typename Client>
+void runClients(Client client) {
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 8; ++number) threads.emplace_back(client, number);
+    for (std::thread& thread : threads) thread.join();
+}
+
+}  // namespace
+
+TEST(Threads, AllOperationsAtOnceKeepTheirDescriptorsAndTheirRecordsApart) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const int region = memfd_create("region", MFD_CLOEXEC);
+    ASSERT_EQ(ftruncate(region, kImageSize), 0);
+    ASSERT_EQ(service->setFileDescriptor(region, kImageSize), 0);
+    close(region);
+    service->setGEQEnable(1);
+    std::atomic<bool> done{false};
+    std::thread bystander([&done] { bystand(done); });
+    runClients([&service](int thread) { callEverything(*service, thread); });
+    done = true;
+    bystander.join();
+    EXPECT_EQ(phone.log(), Lines());
+    EXPECT_THAT(phone.story(), testing::Not(testing::HasSubstr("!")));
+}
+
+TEST(Threads, AFileThatIsSavedAllTheTimeIsAlwaysWhole) {
+    Phone phone;
+    zylSettingsStructTorvane settings;
+    settings.SaveStruct();
+    const Bytes whole = readFile(kSettingsFile);
+    std::atomic<bool> done{false};
+    std::vector<std::thread> savers;
+    for (int thread = 0; thread < 3; ++thread) {
+        savers.emplace_back([&settings, &done] {
+            while (!done) settings.SaveStruct();
+        });
+    }
+    for (int i = 0; i < 200; ++i) EXPECT_EQ(readFile(kSettingsFile), whole);
+    done = true;
+    for (std::thread& saver : savers) saver.join();
+    EXPECT_EQ(phone.log(), Lines());
+}
+
+// One client's tuning data must not undo another's listening test.
+TEST(Threads, ARecordThatTwoChangeAtOnceHoldsBothChanges) {
+    Phone phone;
+    phone.installMaldor();
+    zylSettingsStructMaldor settings;
+    for (int i = 0; i < 50; ++i) {
+        settings.resetListeningTest(kRouteLineout);
+        std::thread room([&settings] {
+            uint8_t byte = 0;
+            EXPECT_EQ(settings.applyZylcsMultiChannelRoom({&byte, 1, &byte, 1}), 0);
+        });
+        EXPECT_EQ(settings.applyListeningTest(1, 2, 3, 4), 0);
+        room.join();
+        EXPECT_EQ(wordAt(readFile("/data/misc/zyl/current_lineout"), 448), 3u);
+    }
+}
+
+// The operations that run without the lock: whatever they are mixed with, a name is one that
+// somebody gave, a record is whole, and what the sanitizer is told to let pass is all that it
+// finds.
+TEST(Threads, TuningDataFromAllClientsAtOnceIsKeptWhole) {
+    Phone phone;
+    phone.installMaldor();
+    const sp<zyl_kwo_service> service = phone.start();
+    runClients([&service](int number) {
+        uint8_t data[] = "client 0";
+        data[7] = static_cast<uint8_t>('0' + number);
+        uint8_t work[8] = {};
+        const auto value = static_cast<float>(number);
+        for (int i = 0; i < 10; ++i) {
+            EXPECT_EQ(service->setSpeakerZylcsTuning(data, 9, work, 8), 0);
+            EXPECT_EQ(service->setAccessoryZylcsTuning(1 + i % 2, data, 9, work, 8), 0);
+            EXPECT_EQ(service->setStereoRoomZylcsTuning(1 + i % 2, data, 9, work, 8), 0);
+            EXPECT_EQ(service->setMultiChannelRoomZylcsTuning(data, 9, work, 8), 0);
+            EXPECT_EQ(service->setListeningTestResult(value, value, value, value), 0);
+            EXPECT_EQ(i % 4 == 0 ? service->resetListeningTestResult() : 0, 0);
+            EXPECT_EQ(service->setStereoMode(1 + i % 3), 0);
+            float values[4] = {};
+            service->getListeningTestResult(&values[0], &values[1], &values[2], &values[3]);
+            char name[kZylcsNameSize] = {};
+            int32_t length = sizeof(name);
+            EXPECT_EQ(service->getMultiChannelRoomZylcsTuningName(name, &length), 0);
+            EXPECT_THAT(name, testing::StartsWith("client "));
+        }
+    });
+    EXPECT_EQ(readFile(kSettingsFile).size(), 348u);
+    for (const char* record : {"speaker_on", "lineout", "bluetooth"}) {
+        EXPECT_EQ(readFile(std::string("/data/misc/zyl/current_") + record).size(), kImageSize);
+    }
+    EXPECT_THAT(phone.story(), testing::Not(testing::HasSubstr("!")));
+}
