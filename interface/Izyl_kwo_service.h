@@ -141,8 +141,8 @@ class Izyl_kwo_service : public android::IInterface {
     virtual int32_t getGEQGainAll(uint16_t gains[kGEQBandCount]) = 0;
     virtual int32_t setGEQGainAll(const uint16_t gains[kGEQBandCount]) = 0;
 
-    // Fills `text` with a NUL-terminated text. `length` is the size of `text` in bytes on entry and
-    // the text's length on return.
+    // Fills `text` with a NUL-terminated text. `length` is the size of `text` in bytes, at least 1,
+    // on entry and the text's length on return.
     virtual int32_t getVersionString(char* text, int32_t* length) = 0;
 
     // Tuning data and the conversion library's work area, both the caller's, each with its size in

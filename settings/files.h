@@ -13,7 +13,8 @@ bool canBeRead(const char* path);
 enum class ReplaceResult {
     kReplaced,   // and on the disk: a power cut from now on loses nothing
     kNotOpened,  // no file can be put there; the old one is untouched
-    kNotWritten  // the new contents could not be written; the old file is untouched
+    kNotWritten  // the new contents may not last: the old file is untouched, or, where only the
+                 // directory could not be synced, the new one is in place
 };
 
 // Replaces the file at `path` by `size` bytes, through a temporary file beside it. The bytes are
