@@ -18,4 +18,5 @@ endif()
 add_library(zyl_shipped_flags INTERFACE)
 add_library(zyl::shipped_flags ALIAS zyl_shipped_flags)
 target_link_libraries(zyl_shipped_flags INTERFACE zyl::flags)
-target_compile_options(zyl_shipped_flags INTERFACE -fno-exceptions -fno-rtti)
+target_compile_options(zyl_shipped_flags
+    INTERFACE -fno-exceptions -fno-rtti -Wconversion -Wold-style-cast -Wshadow)

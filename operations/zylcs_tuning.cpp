@@ -14,7 +14,8 @@ using Identifier = zylSettingsStructMaldor::Identifier;
 // behind what can be kept is looked at.
 std::string identifierOf(const ZylcsData& zylcs) {
     const auto* text = reinterpret_cast<const char*>(zylcs.bytes);
-    return std::string(text, strnlen(text, std::min(zylcs.size, kZylcsNameSize - 1)));
+    const size_t searched = std::min<size_t>(static_cast<uint32_t>(zylcs.size), kZylcsNameSize - 1);
+    return std::string(text, strnlen(text, searched));
 }
 
 // Index 1 is lineout's, 2 bluetooth's; there is nothing to remember for others.
