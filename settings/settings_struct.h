@@ -74,9 +74,6 @@ class zylSettingsStruct {
     void logError(const char* returnType, const char* operation, const char* format, ...) const
             __attribute__((format(printf, 4, 5)));
 
-    CommonSettingsImage& image() { return mImage; }
-    const CommonSettingsImage& image() const { return mImage; }
-
   private:
     const Generation& mGeneration;
     CommonSettingsImage& mImage;

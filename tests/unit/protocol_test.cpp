@@ -154,6 +154,8 @@ TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
     PlatformInfoRecord info = {};
     EXPECT_EQ(proxy->getPlatformInfo(&info), 0);
     EXPECT_STREQ(info.version, "1.0.3.5.0");
+    EXPECT_EQ(info.platformType, 0);
+    EXPECT_EQ(service->unsupportedOperation(), -8);
     // An identifier that its blob just holds, and a work area.
     uint8_t data[] = "Tuning";
     uint8_t work[5] = {};

@@ -125,6 +125,28 @@ TEST(SettingsFile, AFailedSaveLeavesTheOldFile) {
     }
 }
 
+// A record is so large that half of it is written before the disk is full.
+TEST(SettingsFile, ARecordThatDoesNotFitLeavesTheOldOneAndIsLogged) {
+    Phone phone;
+    phone.installMaldor();
+    zylSettingsStructMaldor settings;
+    signal(SIGXFSZ, SIG_IGN);
+    rlimit before = {};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit limited = {kImageSize / 2, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limited);
+    uint8_t byte = 0;
+    const zylKwoErrors result = settings.applySpeakerZylcsTuning(true, {&byte, 1, &byte, 0});
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(result, -2);
+    EXPECT_TRUE(readFile("/data/misc/zyl/current_speaker_on") == tuningImage("current_speaker_on"));
+    EXPECT_EQ(
+            phone.log(),
+            Lines{"6 zyl_settings_struct_maldor: zylKwoErrors zylSettingsStructMaldor::"
+                  "saveQuorinPipeline(std::string, zylZylcsQuorinPipeLine *): Error writing tuning "
+                  "file ...(file:/data/misc/zyl/current_speaker_on)"});
+}
+
 TEST(SettingsFile, APlaceThatCannotHoldItIsReportedAsNotOpened) {
     Phone phone;
     ASSERT_EQ(mkdir(kSettingsFile, 0700), 0);
