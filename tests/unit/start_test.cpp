@@ -61,7 +61,12 @@ TEST(Start, TorvanePreparesTheCacheAndUploadsItsTunings) {
     Phone phone;
     phone.installTorvane();
     const sp<zyl_kwo_service> service = new zyl_kwo_service;
-    EXPECT_EQ(phone.story(), "S185100 C0 C1 C2 W0 a W1 a W2 a a");
+    const std::string words =
+            " words=0x10015100,0x1011,0x4044,0x0,0x3033,0x6066,0x1001522c,0x5055,0x8088,0x0,0x7077";
+    EXPECT_THAT(phone.journal(),
+                testing::IsSupersetOf({"dsp config block=0 mask=0x2 offset=0" + words,
+                                       "dsp config block=1 mask=0x2000c offset=61700" + words,
+                                       "dsp config block=2 mask=0x3f0 offset=123400" + words}));
     EXPECT_EQ(phone.log(), (Lines{missingSettings("torvane", "Torvane"), kMissingMasks}));
     expectBlocks({"speaker_1", "lineout_3", "bluetooth_0"}, {});
     // A missing settings file is not made up for until something is saved.
