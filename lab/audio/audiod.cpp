@@ -4,6 +4,7 @@
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
 #include <binder/Parcel.h>
+#include <binder/PermissionCache.h>
 #include <binder/ProcessState.h>
 
 #include <map>
@@ -30,6 +31,9 @@ class AudioDaemon : public BBinder {
         const std::lock_guard<std::mutex> lock(mLock);
         switch (code) {
             case kAudioSetParameters:
+                if (!PermissionCache::checkCallingPermission(mSettingsPermission)) {
+                    return reply->writeInt32(PERMISSION_DENIED);
+                }
                 journal("audio set %s", text.c_str());
                 return reply->writeInt32(NO_ERROR);
             case kAudioGetParameters:
@@ -46,6 +50,7 @@ class AudioDaemon : public BBinder {
     }
 
     const String16 mDescriptor = audioDescriptor();
+    const String16 mSettingsPermission{"android.permission.MODIFY_AUDIO_SETTINGS"};
     std::mutex mLock;
     std::map<std::string, std::string> mReplies = {
             {"QuorinVersion", "QuorinVersion=2.4.1"},

@@ -1,10 +1,19 @@
 // permissiond: the "permission" service of the emulated phone. Root, system and shell hold every
-// permission, others none.
+// permission, other users those that the files in /system/etc/permissions assign to them.
 
 #include <binder/IPCThreadState.h>
 #include <binder/IPermissionController.h>
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
+#include <glob.h>
+#include <pwd.h>
+
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+#include <string>
+#include <utility>
 
 using namespace android;
 
@@ -14,10 +23,34 @@ constexpr int32_t kRoot = 0;
 constexpr int32_t kSystem = 1000;
 constexpr int32_t kShell = 2000;
 
+using Grants = std::set<std::pair<int32_t, std::string>>;
+
+void readGrants(const std::string& path, Grants* grants) {
+    static const std::regex kAssignment(
+            "<assign-permission name=\"([^\"]*)\" uid=\"([^\"]*)\" */>");
+    std::ifstream file(path);
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    for (std::sregex_iterator match(text.begin(), text.end(), kAssignment), end; match != end;
+         ++match) {
+        const passwd* user = getpwnam(match->str(2).c_str());
+        if (user != nullptr) grants->emplace(user->pw_uid, match->str(1));
+    }
+}
+
+Grants readAllGrants() {
+    Grants grants;
+    glob_t files = {};
+    glob("/system/etc/permissions/*.xml", 0, nullptr, &files);
+    for (size_t i = 0; i < files.gl_pathc; ++i) readGrants(files.gl_pathv[i], &grants);
+    globfree(&files);
+    return grants;
+}
+
 class PermissionDaemon : public BnPermissionController {
   public:
-    bool checkPermission(const String16&, int32_t, int32_t uid) override {
-        return uid == kRoot || uid == kSystem || uid == kShell;
+    bool checkPermission(const String16& permission, int32_t, int32_t uid) override {
+        return uid == kRoot || uid == kSystem || uid == kShell ||
+               mGrants.count({uid, String8(permission).string()}) > 0;
     }
 
     // There are no packages and no run-time permissions on this phone.
@@ -25,6 +58,9 @@ class PermissionDaemon : public BnPermissionController {
     void getPackagesForUid(const uid_t, Vector<String16>&) override {}
     bool isRuntimePermission(const String16&) override { return false; }
     int getPackageUid(const String16&, int) override { return -1; }
+
+  private:
+    const Grants mGrants = readAllGrants();
 };
 
 }  // namespace

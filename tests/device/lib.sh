@@ -24,7 +24,13 @@ expect_status() {
     expect "$status_name" "$status_wanted" "$status_got"
 }
 
+# What the kernel and the service manager denied the service or its clients by the policy.
+denials() {
+    dmesg | cat - /run/log/servicemanager | sed -n 's/.*denied *\({ .*\)/\1/p' | grep zyl_kwo
+}
+
 end_of_cases() {
+    expect 'the policy denied nothing' '' "$(denials)"
     echo "1..$cases"
 }
 
@@ -91,8 +97,8 @@ restart_service() {
 # clean_start GENERATION: the service anew, with the generation's samples and no settings.
 clean_start() {
     stop zyl_kwo_service
-    rm -rf /etc/zyl /data/misc/zyl
-    mkdir -p /etc/zyl /data/misc/zyl
+    rm -rf /etc/zyl /data/misc/zyl/*
+    mkdir /etc/zyl
     case $1 in
         torvane) cp /usr/share/zyl/tunings/torvane/* /etc/zyl/ ;;
         maldor) cp /usr/share/zyl/tunings/maldor/* /data/misc/zyl/ ;;
