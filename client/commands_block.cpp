@@ -1,156 +1,175 @@
-// What clients share through the service, and the DSP's blocks.
-
-#include <cerrno>
-#include <cstdio>
-#include <memory>
+// The DSP's blocks: to and from files, decoded, and held against what they should be.
 
 #include "client/command.h"
+#include "client/expected.h"
+#include "client/json.h"
 #include "client/parse.h"
-#include "client/report.h"
-#include "client/shared_region.h"
 
 namespace {
 
-using File = std::unique_ptr<FILE, int (*)(FILE*)>;
+void addDifferences(Json& json, const std::vector<Difference>& differences, const char* first,
+                    const char* second) {
+    json.open('[');
+    for (const Difference& difference : differences) {
+        json.open('{').name("name").text(difference.name);
+        json.name("offset").number(static_cast<double>(difference.offset));
+        json.name("size").number(static_cast<double>(difference.size));
+        json.name(first).text(difference.first).name(second).text(difference.second).close();
+    }
+    json.close();
+}
 
-ExitStatus showRoute(Izyl_kwo_service& service) {
-    int32_t route = 0;
-    const ExitStatus status = reportResult("route", service.getActiveRoute(&route));
+ExitStatus fetch(Session& session, int32_t number, const std::string& name) {
+    Bytes bytes;
+    ExitStatus status = reportResult("block fetch", session.fetchBlock(number, &bytes));
+    if (status == kDone) status = writeFile(name, bytes.data(), bytes.size());
     if (status != kDone) return status;
-    const bool named = route >= 0 && route < 3;
-    printf("active route   %s\n", named ? kRouteNames[route] : std::to_string(route).c_str());
+    printAbout(name,
+               format("block          %d, %zu bytes to %s", number, bytes.size(), name.c_str()));
     return kDone;
 }
 
-ExitStatus route(Izyl_kwo_service& service, const Arguments& arguments) {
-    if (!arguments.empty()) {
-        const auto route = parseRoute(arguments[0]);
-        if (!route) return reportUsage("route", arguments[0], "a route name or number");
-        const ExitStatus status = reportResult("route", service.setActiveRoute(*route));
-        if (status != kDone) return status;
-    }
-    return showRoute(service);
+ExitStatus readBlock(const std::string& name, Bytes* bytes) {
+    const ExitStatus status = readFile(name, bytes);
+    if (status != kDone || bytes->size() == blockSize()) return status;
+    return reportRefusal(name, format("a block has %zu bytes, this file has %s", blockSize(),
+                                      bytes->size() > blockSize() ? "more" : "fewer"));
 }
 
-ExitStatus mask(Izyl_kwo_service& service, const Arguments& arguments) {
-    int32_t first = 0;
-    int32_t last = 2;
-    if (!arguments.empty()) {
-        const auto route = parseRoute(arguments[0]);
-        if (!route)
-            return reportUsage("mask", arguments[0], "a route: speaker, lineout, bluetooth");
-        first = last = *route;
-    }
-    for (int32_t route = first; route <= last; ++route) {
-        uint32_t bits = 0;
-        const ExitStatus status = reportResult("mask", service.getRouteMask(route, &bits));
-        if (status != kDone) return status;
-        printf("mask           %-9s 0x%08x\n", kRouteNames[route], bits);
-    }
+ExitStatus push(Session& session, int32_t number, const std::string& name) {
+    Bytes bytes;
+    ExitStatus status = readBlock(name, &bytes);
+    if (status == kDone) status = reportResult("block push", session.pushBlock(number, bytes));
+    if (status != kDone) return status;
+    printf("block          %d, %zu bytes from %s\n", number, bytes.size(), name.c_str());
     return kDone;
 }
 
-ExitStatus levels(Izyl_kwo_service& service, const Arguments& arguments) {
-    int32_t values[kDbLevelCount] = {};
-    if (!arguments.empty()) {
-        if (arguments.size() != kDbLevelCount) {
-            return reportUsage("levels", arguments[0], "the first of ten numbers");
+ExitStatus showBlock(Session& session, const std::string& source) {
+    Bytes bytes;
+    const auto number = parseKnownRoute(source);
+    if (number && !session.connect()) return kNoService;
+    const ExitStatus status =
+            number ? reportResult("block show", session.fetchBlock(*number, &bytes))
+                   : readBlock(source, &bytes);
+    if (status != kDone) return status;
+    Json json;
+    json.open('[');
+    if (!session.options.json) printf("row  name            id          offset  size  value\n");
+    for (size_t row = 0; row < parameters().size(); ++row) {
+        const Parameter& parameter = parameters()[row];
+        if (!parameter.within(bytes)) continue;
+        const uint32_t word = wordAt(bytes, parameter.offset, parameter.size);
+        if (session.options.json) {
+            json.open('{').name("row").number(static_cast<double>(row));
+            json.name("name").text(parameter.name).name("id").number(parameter.id);
+            json.name("offset").number(static_cast<double>(parameter.offset));
+            json.name("size").number(static_cast<double>(parameter.size));
+            json.name("value").number(word).close();
+        } else {
+            printf("%3zu  %-14s  0x%08x  %6zu  %4zu  %u (0x%x)\n", row, parameter.name.c_str(),
+                   parameter.id, parameter.offset, parameter.size, word, word);
         }
-        for (size_t i = 0; i < arguments.size(); ++i) {
-            const auto value = parseNumber(arguments[i]);
-            if (!value) return reportUsage("levels", arguments[i], "a number");
-            values[i] = *value;
-        }
-        const ExitStatus status = reportResult("levels", service.setDbGain(values));
-        if (status != kDone) return status;
     }
-    const ExitStatus status = reportResult("levels", service.getDbLevels(values));
-    if (status != kDone) return status;
-    printf("levels        ");
-    for (int32_t value : values) printf(" %d", value);
-    printf("\n");
+    json.close();
+    if (session.options.json) json.print();
     return kDone;
 }
 
-ExitStatus version(Izyl_kwo_service& service, const Arguments&) {
-    char text[kVersionStringSize] = {};
-    int32_t length = sizeof(text);
-    ExitStatus status = reportResult("version", service.getVersionString(text, &length));
-    if (status != kDone) return status;
-    PlatformInfoRecord record = {};
-    status = reportResult("version", service.getPlatformInfo(&record));
-    if (status != kDone) return status;
-    printf("version        %s\n", text);
-    printf("platform       %.*s, device type %d\n", static_cast<int>(sizeof(record.version)),
-           record.version, record.platformType);
-    return kDone;
-}
-
-ExitStatus reload(Izyl_kwo_service& service, const Arguments& arguments) {
-    bool forced = false;
-    if (!arguments.empty()) {
-        const auto on = parseSwitch(arguments[0]);
-        if (!on) return reportUsage("reload", arguments[0], "on or off");
-        forced = *on;
+ExitStatus block(Session& session, const Arguments& arguments) {
+    const std::string& verb = arguments[0];
+    if (verb == "show" && arguments.size() == 2) return showBlock(session, arguments[1]);
+    if ((verb != "fetch" && verb != "push") || arguments.size() != 3) {
+        return reportUsage("block", verb, "fetch N FILE, push N FILE or show N|FILE");
     }
-    const ExitStatus status = reportResult("reload", service.setReloadFlag(forced));
-    if (status == kDone) printf("reloaded       forced mode %s\n", forced ? "on" : "off");
-    return status;
-}
-
-ExitStatus fetch(Izyl_kwo_service& service, SharedRegion& region, int32_t number,
-                 const std::string& name) {
-    const ExitStatus status = reportResult("block fetch", service.fetchCacheBlock(number));
-    if (status != kDone) return status;
-    File file(fopen(name.c_str(), "we"), fclose);
-    if (file == nullptr) return reportFile(name);
-    const size_t size = region.blockSize();
-    const bool written = fwrite(region.bytes(), 1, size, file.get()) == size;
-    if (!written || fclose(file.release()) != 0) return reportFile(name);
-    printf("block          %d, %zu bytes to %s\n", number, size, name.c_str());
-    return kDone;
-}
-
-ExitStatus push(Izyl_kwo_service& service, SharedRegion& region, int32_t number,
-                const std::string& name) {
-    const File file(fopen(name.c_str(), "re"), fclose);
-    if (file == nullptr) return reportFile(name);
-    const size_t size = region.blockSize();
-    const bool read = fread(region.bytes(), 1, size, file.get()) == size;
-    if (!read || fgetc(file.get()) != EOF) {
-        fprintf(stderr, "kwoctl: %s: a block has %zu bytes, this file has %s\n", name.c_str(), size,
-                read ? "more" : "fewer");
-        return kRefused;
-    }
-    const ExitStatus status = reportResult("block push", service.pushCacheBlock(number));
-    if (status == kDone)
-        printf("block          %d, %zu bytes from %s\n", number, size, name.c_str());
-    return status;
-}
-
-ExitStatus block(Izyl_kwo_service& service, const Arguments& arguments) {
-    const bool fetching = arguments[0] == "fetch";
-    if (!fetching && arguments[0] != "push") {
-        return reportUsage("block", arguments[0], "fetch or push");
-    }
-    const auto number = parseRoute(arguments[1]);
+    const auto number = parseKnownRoute(arguments[1]);
     // The service has an answer for other blocks too, but never one that anyone wants.
-    if (!number || *number < 0 || *number > 2) {
+    if (!number) {
         return reportUsage("block", arguments[1], "a block: 0 to 2, or the name of its route");
     }
-    SharedRegion region;
-    const ExitStatus status = reportResult("block", region.share(service));
-    if (status != kDone) return status;
-    return (fetching ? fetch : push)(service, region, *number, arguments[2]);
+    if (!session.connect()) return kNoService;
+    return (verb == "fetch" ? fetch : push)(session, *number, arguments[2]);
 }
+
+struct Verdict {
+    int32_t number;
+    Expected expected;
+    std::vector<Difference> differences;
+    bool forced;
+};
+
+ExitStatus examine(Session& session, int32_t number, Verdict* verdict) {
+    Bytes found;
+    ExitStatus status = reportResult("verify", session.fetchBlock(number, &found));
+    if (status != kDone) return status;
+    if (found.size() != blockSize()) {
+        return reportRefusal("verify", "the service's blocks are of another size than the layout");
+    }
+    status = expectBlock(session, number, found, &verdict->expected);
+    if (status != kDone) return status;
+    verdict->number = number;
+    verdict->differences = compareBlocks(verdict->expected.block, found);
+    verdict->forced = number != 0 && !verdict->differences.empty() && looksForced(found);
+    return kDone;
+}
+
+void printVerdict(const Verdict& verdict) {
+    const size_t count = verdict.differences.size();
+    const std::string outcome = count == 0
+                                        ? "as it should be"
+                                        : format("%zu difference%s", count, count > 1 ? "s" : "");
+    printf("block %d %-10s %s, from %s\n", verdict.number, kRouteNames[verdict.number],
+           outcome.c_str(), verdict.expected.file.c_str());
+    printDifferences(verdict.differences, "expected", "found");
+    if (!verdict.expected.unknown.empty()) printf("  %s\n", verdict.expected.unknown.c_str());
+    if (verdict.forced) printf("  forced mode seems to be on; to end it: kwoctl reload off\n");
+}
+
+ExitStatus verify(Session& session, const Arguments& arguments) {
+    int32_t first = 0;
+    int32_t last = kKnownRoutes - 1;
+    if (!arguments.empty()) {
+        const auto number = parseKnownRoute(arguments[0]);
+        if (!number) {
+            return reportUsage("verify", arguments[0], "a block: 0 to 2, or the name of its route");
+        }
+        first = last = *number;
+    }
+    ExitStatus status = kDone;
+    Json json;
+    json.open('[');
+    for (int32_t number = first; number <= last; ++number) {
+        Verdict verdict;
+        const ExitStatus examined = examine(session, number, &verdict);
+        if (examined != kDone || !verdict.differences.empty()) status = kRefused;
+        if (examined == kNoService) return examined;
+        if (examined != kDone) continue;
+        if (!session.options.json) printVerdict(verdict);
+        json.open('{').name("block").text(kRouteNames[number]);
+        json.name("file").text(verdict.expected.file).name("differences");
+        addDifferences(json, verdict.differences, "expected", "found");
+        json.close();
+    }
+    if (session.options.json) json.close().print();
+    return status;
+}
+
+constexpr char kBlockDetails[] =
+        "N is 0 to 2 or the name of its route, FILE a file or - for standard input or output. "
+        "show\n"
+        "lists a block's parameters; it needs no service to show a file.\n";
+constexpr char kVerifyDetails[] =
+        "Reads the DSP's blocks and compares them, parameter by parameter, with what tuning files\n"
+        "and settings say they should be. Exit status 1 when they differ; to put it right: kwoctl\n"
+        "reload.\n";
 
 }  // namespace
 
 const std::vector<Command> kBlockCommands = {
-        {"route", "[ROUTE]", "show or declare the active route", 0, 1, route},
-        {"mask", "[ROUTE]", "show the output devices of each route", 0, 1, mask},
-        {"levels", "[LEVEL...]", "show or set the ten shared levels", 0, kDbLevelCount, levels},
-        {"version", "", "show all versions", 0, 0, version},
-        {"reload", "[on|off]", "rebuild all blocks, with or without forced mode", 0, 1, reload},
-        {"block", "fetch|push N FILE", "copy a block of the DSP to or from a file", 3, 3, block},
+        {"block", "show N|FILE", "list the parameters of a block", kBlockDetails, 2, 3,
+         Command::kNothing, "--json", block},
+        {"", "fetch|push N FILE", "copy a block of the DSP to or from a file", "", 0, 0,
+         Command::kNothing, "", nullptr},
+        {"verify", "[BLOCK]", "compare the DSP's blocks with what they should be", kVerifyDetails,
+         0, 1, Command::kService, "--json", verify},
 };

@@ -1,14 +1,13 @@
 // Tuning data and the listening test, on devices whose tunings are made from them.
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 
+#include "client/changes.h"
 #include "client/command.h"
+#include "client/files.h"
 #include "client/parse.h"
-#include "client/report.h"
 
 namespace {
 
@@ -51,32 +50,6 @@ const Kind kKinds[] = {
          }},
 };
 
-ExitStatus showNames(Izyl_kwo_service& service) {
-    struct Row {
-        const char* what;
-        int32_t result;
-    };
-    char names[7][kZylcsNameSize] = {};
-    int32_t lengths[7];
-    for (int32_t& length : lengths) length = kZylcsNameSize;
-    const Row rows[] = {
-            {"speaker", service.getSpeakerZylcsTuningName(names[0], &lengths[0])},
-            {"second-speaker", service.getSecondSpeakerZylcsTuningName(names[1], &lengths[1])},
-            {"accessory lineout", service.getAccessoryZylcsTuningName(1, names[2], &lengths[2])},
-            {"accessory bluetooth", service.getAccessoryZylcsTuningName(2, names[3], &lengths[3])},
-            {"stereo-room 1", service.getStereoRoomZylcsTuningName(1, names[4], &lengths[4])},
-            {"stereo-room 2", service.getStereoRoomZylcsTuningName(2, names[5], &lengths[5])},
-            {"multichannel-room",
-             service.getMultiChannelRoomZylcsTuningName(names[6], &lengths[6])},
-    };
-    for (size_t i = 0; i < std::size(rows); ++i) {
-        const ExitStatus status = reportResult("tune names", rows[i].result);
-        if (status != kDone) return status;
-        printf("%-20s %s\n", rows[i].what, names[i]);
-    }
-    return kDone;
-}
-
 // The service takes anything; a file without an identifier is a mistake that nobody would find
 // later.
 bool hasIdentifier(const std::vector<uint8_t>& data) {
@@ -84,97 +57,113 @@ bool hasIdentifier(const std::vector<uint8_t>& data) {
     return length > 0 && length < data.size() && length < kZylcsNameSize;
 }
 
-ExitStatus upload(Izyl_kwo_service& service, const Kind& kind, int32_t selector,
-                  const std::string& name, size_t workSize) {
-    std::ifstream file(name, std::ios::binary);
-    if (!file) return reportFile(name);
-    const std::vector<uint8_t> data{std::istreambuf_iterator<char>(file), {}};
-    if (!hasIdentifier(data)) {
-        fprintf(stderr,
-                "kwoctl: %s: no tuning data: it must begin with an identifier of 1 to 36 "
-                "characters "
-                "and a NUL\n",
-                name.c_str());
-        return kRefused;
+struct Upload {
+    const Kind* kind;
+    int32_t selector;
+    std::string file;
+    std::vector<uint8_t> data;
+};
+
+ExitStatus showNames(Session& session) {
+    ExitStatus status = kDone;
+    const std::vector<Reading> readings = readAll(
+            session,
+            [](const Property& property) { return strncmp(property.key, "data.", 5) == 0; },
+            &status);
+    if (status != kDone) return status;
+    if (readings.empty()) return reportResult("tune names", kZylKwoNotAvailable);
+    Json json;
+    json.open('{');
+    addToJson(json, readings);
+    if (session.options.json) {
+        json.close().print();
+        return kDone;
     }
-    std::vector<uint8_t> work(workSize);
-    const ExitStatus status = reportResult("tune", kind.set(service, selector, data, work));
-    if (status == kDone) {
-        printf("%-20s %s\n", kind.name, reinterpret_cast<const char*>(data.data()));
+    for (const Reading& reading : readings) {
+        printf("%s%s\n", reading.property->part, reading.value.text.c_str());
     }
-    return status;
+    return kDone;
 }
 
-ExitStatus tune(Izyl_kwo_service& service, const Arguments& given) {
-    Arguments arguments = given;
-    if (arguments == Arguments{"names"}) return showNames(service);
-    int32_t workSize = 0;
-    if (arguments.size() > 2 && arguments[arguments.size() - 2] == "--work") {
-        const auto bytes = parseNumber(arguments.back());
-        if (!bytes || *bytes < 0) return reportUsage("tune", arguments.back(), "a number of bytes");
-        workSize = *bytes;
-        arguments.resize(arguments.size() - 2);
-    }
+// Takes the words of one upload off the arguments, from `next` on.
+ExitStatus parseUpload(const Arguments& arguments, size_t* next, Upload* upload) {
+    const std::string& word = arguments[*next];
     for (const Kind& kind : kKinds) {
-        if (arguments[0] != kind.name) continue;
+        if (word != kind.name) continue;
         const size_t words = kind.selector == nullptr ? 2 : 3;
-        if (arguments.size() != words) break;
-        int32_t selector = 0;
+        if (arguments.size() - *next < words) break;
         if (kind.selector != nullptr) {
-            const auto number = parseRoute(arguments[1]);
-            if (!number) return reportUsage("tune", arguments[1], kind.selector);
-            selector = *number;
+            const auto number = parseRoute(arguments[*next + 1]);
+            if (!number) return reportUsage("tune", arguments[*next + 1], kind.selector);
+            upload->selector = *number;
         }
-        return upload(service, kind, selector, arguments.back(), static_cast<size_t>(workSize));
+        upload->kind = &kind;
+        upload->file = arguments[*next + words - 1];
+        *next += words;
+        return kDone;
     }
-    return reportUsage("tune", arguments[0],
+    return reportUsage("tune", word,
                        "names, speaker FILE, second-speaker FILE, accessory ROUTE FILE, "
                        "stereo-room INDEX FILE or multichannel-room FILE");
 }
 
-ExitStatus showListeningTest(Izyl_kwo_service& service) {
-    float values[4] = {};
-    const ExitStatus status = reportResult(
-            "listening-test",
-            service.getListeningTestResult(&values[0], &values[1], &values[2], &values[3]));
-    if (status != kDone) return status;
-    printf("listening test");
-    for (float value : values) printf(" %g", static_cast<double>(value));
-    printf("\n");
-    return kDone;
+ExitStatus readUpload(Upload& upload) {
+    const ExitStatus status = readFile(upload.file, &upload.data);
+    if (status != kDone || hasIdentifier(upload.data)) return status;
+    return reportRefusal(upload.file,
+                         "no tuning data: it must begin with an identifier of 1 to 36 characters "
+                         "and a NUL");
 }
 
-ExitStatus listeningTest(Izyl_kwo_service& service, const Arguments& arguments) {
-    if (arguments.empty()) return showListeningTest(service);
-    if (arguments == Arguments{"reset"}) {
-        const ExitStatus status =
-                reportResult("listening-test", service.resetListeningTestResult());
-        return status == kDone ? showListeningTest(service) : status;
+ExitStatus tune(Session& session, const Arguments& arguments) {
+    if (arguments == Arguments{"names"}) return showNames(session);
+    std::vector<Upload> uploads;
+    for (size_t next = 0; next < arguments.size();) {
+        Upload upload = {};
+        ExitStatus status = parseUpload(arguments, &next, &upload);
+        if (status == kDone) status = readUpload(upload);
+        if (status != kDone) return status;
+        uploads.push_back(upload);
     }
-    if (arguments.size() != 4) {
-        return reportUsage("listening-test", arguments[0], "reset, or the first of four numbers");
+    for (size_t i = 0; i < uploads.size(); ++i) {
+        const Upload& upload = uploads[i];
+        showProgress(i + 1, uploads.size(), upload.file);
+        std::vector<uint8_t> work(static_cast<size_t>(session.options.workSize.value_or(0)));
+        const int32_t result =
+                upload.kind->set(session.service(), upload.selector, upload.data, work);
+        showProgress(0, 0, "");
+        const ExitStatus status = reportResult("tune", result);
+        if (status != kDone) return status;
+        if (session.options.json) continue;
+        printf("%-20s %s\n", upload.kind->name, reinterpret_cast<const char*>(upload.data.data()));
     }
-    float values[4];
-    for (size_t i = 0; i < 4; ++i) {
-        char* end = nullptr;
-        values[i] = strtof(arguments[i].c_str(), &end);
-        if (arguments[i].empty() || *end != '\0') {
-            return reportUsage("listening-test", arguments[i], "a number");
-        }
-    }
-    const ExitStatus status = reportResult(
-            "listening-test",
-            service.setListeningTestResult(values[0], values[1], values[2], values[3]));
-    return status == kDone ? showListeningTest(service) : status;
+    return session.options.json ? showNames(session) : kDone;
 }
+
+ExitStatus listeningTest(Session& session, const Arguments& arguments) {
+    const Property& test = property("listening-test");
+    if (arguments.empty()) return show(session, test);
+    if (arguments != Arguments{"reset"}) return setAndShow(session, test, arguments);
+    const ExitStatus status =
+            reportResult("listening-test", session.service().resetListeningTestResult());
+    return status == kDone ? show(session, test) : status;
+}
+
+constexpr char kDetails[] =
+        "KIND is speaker, second-speaker, accessory ROUTE, stereo-room INDEX (1 lineout's, 2\n"
+        "bluetooth's) or multichannel-room. Several may follow one another; all files are read "
+        "and\n"
+        "checked before the first is sent, but an upload that was made is not taken back. --work\n"
+        "gives the size of the conversion library's work area. Only on devices without tuning\n"
+        "numbers.\n";
 
 }  // namespace
 
 const std::vector<Command> kTuningCommands = {
-        {"tune", "KIND [ROUTE|INDEX] FILE", "upload tuning data; KIND is speaker, second-speaker,",
-         1, 5, tune},
-        {"", "     [--work BYTES]", "accessory, stereo-room or multichannel-room", 0, 0, nullptr},
-        {"", "names", "show what was uploaded", 0, 0, nullptr},
-        {"listening-test", "[A B C D|reset]", "show, set or reset the listening test", 0, 4,
-         listeningTest},
+        {"tune", "KIND FILE...", "upload tuning data", kDetails, 1, kAnyNumber, Command::kService,
+         "--json --work", tune},
+        {"", "names", "show what was uploaded", "", 0, 0, Command::kService, "", nullptr},
+        {"listening-test", "[A B C D|reset]", "show, set or reset the listening test",
+         "Only on devices without tuning numbers. -1 -1 -1 -1 stands for none.\n", 0, 4,
+         Command::kService, "--json", listeningTest},
 };

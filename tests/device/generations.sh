@@ -10,6 +10,12 @@ expect 'with no tuning the log says so' \
 story >/dev/null
 run_cases /tests/cases/none.cases
 expect 'with no tuning nothing is stored' '' "$(ls /data/misc/zyl)"
+expect_status 'kwoctl shows and restores what there is all the same' 0 \
+    sh -c 'kwoctl status && kwoctl snapshot /tmp/none && kwoctl levels 1 2 3 4 5 6 7 8 9 0 && kwoctl restore /tmp/none'
+expect 'in one step' 'restored       /tmp/none, 1 step' "$(tail -n 1 /tmp/out)"
+expect_status 'and says that there is no effect' 1 kwoctl enable
+expect 'with the reason' "kwoctl: effect: not available on this device's settings generation (-9); see kwoctl get generation" "$(cat /tmp/err)"
+story >/dev/null
 
 cp "$samples"/torvane/* /etc/zyl/
 restart_service
@@ -57,7 +63,7 @@ expect 'the mask file binds the blocks' '0x1 0x2 0x0' \
 
 stop zyl_kwo_service
 new_log >/dev/null
-/system/bin/zyl_kwo_service -stub >>/run/log/zyl_kwo_service 2>&1 &
+su -s /bin/sh oem_2950 -c 'exec zyl_kwo_service -stub' >>/run/log/zyl_kwo_service 2>&1 &
 until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
 expect '-stub is announced' 'ZylcsToQuorinConv I zyl_kwo_service Starting in stub mode (not opening driver)' \
     "$(new_log | sed -n 2p)"

@@ -91,12 +91,12 @@ mask lineout|mask           lineout   0x0002000c
 mask 3|kwoctl: mask: a value is out of range (-1)
 levels|levels         -80000 -80000 -80000 -80000 -80000 -80000 -80000 -80000 -80000 -80000
 levels 1 -2 3 4 5 6 7 8 9 10|levels         1 -2 3 4 5 6 7 8 9 10
-levels 1 2|kwoctl: levels: '1' is not the first of ten numbers
+levels 1 2|kwoctl: levels: '1' is not the first of 10 values
 version|version        KwoService=1.0.3.5.0;ConversionLib=3.1.0;;;\nplatform       1.0.3.5.0, device type 0
 reload on|reloaded       forced mode on
 reload|reloaded       forced mode off
 geq set 0 +3dB|kwoctl: geq: the equaliser is off, gains are not kept; first: kwoctl geq on
-geq loud|kwoctl: geq: 'loud' is not on, off, flat, set BAND GAIN or set-all with ten GAINs
+geq loud|kwoctl: geq: 'loud' is not on, off, toggle, flat, set BAND GAIN or set-all with ten GAINs
 END
 kwoctl geq on >/dev/null
 kwoctl geq set 9 -6dB >/dev/null
@@ -112,7 +112,8 @@ band 6   4096   +0.0 dB  ................|...................
 band 7   4096   +0.0 dB  ................|...................
 band 8   2048   -6.0 dB  ..........######|...................
 band 9    725  -15.0 dB  .###############|...................' \
-    "$(kwoctl geq set-all 4096 8192 +3dB 4096 0dB 4096 4096 4096 -6.02 725)"
+    "$(kwoctl --color always geq set-all 4096 8192 +3dB 4096 0dB 4096 4096 4096 -6.02 725 |
+        tr -d '\033' | sed 's/\[[0-9]*m//g')"
 expect_status 'kwoctl geq refuses a gain out of range' 1 kwoctl geq set 0 724
 expect_status 'kwoctl geq refuses a band out of range' 1 kwoctl geq set 10 4096
 expect_status 'kwoctl geq flat' 0 kwoctl geq flat

@@ -79,6 +79,11 @@ expect 'and says what is wrong' \
     'kwoctl: /tmp/bad: no tuning data: it must begin with an identifier of 1 to 36 characters and a NUL' \
     "$(cat /tmp/err)"
 expect_status 'kwoctl knows no tuning numbers here' 1 kwoctl tuning speaker
-expect 'status does without them' 'effect         on
-stereo mode    2' "$(kwoctl status)"
+expect 'status shows identifiers instead' 'tuning data    accessory bluetooth  Name' "$(kwoctl status | grep Name)"
+printf 'generation maldor\nlistening-test 1 -2.5 0.1 4\n' >/tmp/test
+expect_status 'a snapshot restores a listening test' 0 kwoctl restore /tmp/test
+expect 'exactly' '{"listening-test":[1,-2.5,0.1,4]}' "$(kwoctl listening-test --json)"
+expect_status 'several uploads are made in one go' 0 kwoctl tune speaker /tmp/data stereo-room 1 /tmp/data
+expect 'raw sends data as well' '    0  0x00000000            0  ....' "$(kwoctl raw 19 blob /tmp/data i32 0)"
+expect_status 'and the DSP runs them all' 0 kwoctl verify
 end_of_cases

@@ -1,0 +1,136 @@
+// Any transaction by its number, and the page that shows all.
+
+#include <binder/Parcel.h>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utils/Errors.h>
+
+#include "client/command.h"
+#include "client/files.h"
+#include "client/json.h"
+#include "client/parse.h"
+#include "client/report_page.h"
+
+namespace {
+
+using android::Parcel;
+
+ExitStatus addDescriptor(Parcel& data, const std::string& name) {
+    const int fd = open(name.c_str(), O_RDWR | O_CLOEXEC);
+    if (fd < 0) return reportRefusal(name, "cannot be opened for reading and writing");
+    // The parcel's from here on.
+    data.writeFileDescriptor(fd, true);
+    return kDone;
+}
+
+ExitStatus addBlob(Parcel& data, const std::string& name) {
+    Bytes bytes;
+    const ExitStatus status = readFile(name, &bytes);
+    if (status != kDone) return status;
+    data.writeInt32(static_cast<int32_t>(bytes.size()));
+    if (!bytes.empty()) data.write(bytes.data(), bytes.size());
+    return kDone;
+}
+
+ExitStatus addArgument(Parcel& data, const std::string& type, const std::string& text) {
+    if (type == "i32") {
+        const auto number = parseNumber(text);
+        if (!number) return reportUsage("raw", text, "a 32-bit number");
+        data.writeInt32(*number);
+        return kDone;
+    }
+    if (type == "f") {
+        const auto number = parseReal(text);
+        if (!number) return reportUsage("raw", text, "a number");
+        data.writeFloat(static_cast<float>(*number));
+        return kDone;
+    }
+    if (type == "blob") return addBlob(data, text);
+    if (type == "fd") return addDescriptor(data, text);
+    return reportUsage("raw", type, "i32, f, blob or fd");
+}
+
+void printReply(const Session& session, const Parcel& reply) {
+    Json json;
+    json.open('{').name("words").open('[');
+    size_t offset = 0;
+    for (; reply.dataAvail() >= sizeof(int32_t); offset += sizeof(int32_t)) {
+        const int32_t word = reply.readInt32();
+        json.number(word);
+        if (session.options.json) continue;
+        char text[sizeof(word) + 1] = {};
+        for (size_t i = 0; i < sizeof(word); ++i) {
+            const auto byte = static_cast<uint8_t>(static_cast<uint32_t>(word) >> (8 * i));
+            text[i] = byte >= ' ' && byte < 0x7f ? static_cast<char>(byte) : '.';
+        }
+        printf("%5zu  0x%08x  %11d  %s\n", offset, static_cast<uint32_t>(word), word, text);
+    }
+    json.close().close();
+    if (session.options.json) json.print();
+    if (!session.options.json && offset == 0) printf("an empty reply\n");
+}
+
+ExitStatus raw(Session& session, const Arguments& arguments) {
+    const auto code = parseNumber(arguments[0]);
+    if (!code || *code < 1) return reportUsage("raw", arguments[0], "a transaction's code");
+    if (arguments.size() % 2 == 0) {
+        return reportUsage("raw", arguments.back(), "a pair of type and value");
+    }
+    Parcel data;
+    data.writeInterfaceToken(Izyl_kwo_service::descriptor);
+    for (size_t i = 1; i < arguments.size(); i += 2) {
+        const ExitStatus status = addArgument(data, arguments[i], arguments[i + 1]);
+        if (status != kDone) return status;
+    }
+    Parcel reply;
+    const android::status_t status = android::IInterface::asBinder(&session.service())
+                                             ->transact(static_cast<uint32_t>(*code), data, &reply);
+    if (status == android::DEAD_OBJECT) return reportResult("raw", kZylKwoServiceGone);
+    if (status != android::NO_ERROR) {
+        return reportRefusal("raw",
+                             "the service did not take it: " + android::statusToString(status));
+    }
+    printReply(session, reply);
+    return kDone;
+}
+
+ExitStatus report(Session& session, const Arguments& arguments) {
+    std::string page;
+    ExitStatus status = makeReportPage(session, &page);
+    if (status == kDone) status = writeFile(arguments[0], page.data(), page.size());
+    if (status == kDone) printAbout(arguments[0], "report         to " + arguments[0]);
+    return status;
+}
+
+ExitStatus help(Session&, const Arguments& arguments) {
+    if (arguments.empty()) {
+        printHelp(stdout);
+        return kDone;
+    }
+    const Command* command = findCommand(arguments[0]);
+    if (command == nullptr) {
+        return reportUsage("help", arguments[0], "a command; see kwoctl help");
+    }
+    printHelp(*command);
+    return kDone;
+}
+
+constexpr char kRawDetails[] =
+        "Sends the transaction with these arguments and shows the reply's 32-bit words: offset, "
+        "in\n"
+        "hexadecimal, signed, and as text. FILE of blob may be -; fd passes a file itself.\n"
+        "    kwoctl raw 5 i32 3\n";
+constexpr char kReportDetails[] =
+        "One page that needs nothing else: the equaliser's curve, all properties, and the blocks\n"
+        "with what differs from what they should hold.\n";
+
+}  // namespace
+
+const std::vector<Command> kOtherCommands = {
+        {"raw", "CODE [TYPE VALUE]...", "send any transaction; TYPE is i32, f, blob or fd",
+         kRawDetails, 1, kAnyNumber, Command::kService, "--json", raw},
+        {"report", "FILE", "write a page (HTML) that shows everything", kReportDetails, 1, 1,
+         Command::kService, "", report},
+        {"help", "[COMMAND]", "show this help, or that of a command", "", 0, 1, Command::kNothing,
+         "", help},
+};
