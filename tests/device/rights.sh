@@ -33,6 +33,15 @@ expect 'every context is one of the policy' '' "$(
 )"
 expect 'all of it by the policy' '' "$(denials)"
 
+# As root from a shell, which is how somebody looks for a fault: nothing of what it kept is lost.
+stop zyl_kwo_service
+zyl_kwo_service -stub >/tmp/out 2>&1 &
+until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
+expect 'started by hand it works as well, with the same settings' '00000000 00000003 00000000 1' \
+    "$(reply 4) $(reply 5 i32 2) $(grep -c 'in stub mode' /tmp/out)"
+restart_service
+expect 'and back' '00000000 00000002' "$(reply 4)"
+
 # Each time all but one thing is as the service needs it: its user's rights, or the policy's type.
 without() {
     expect "without $1 it fails" "$2" "$(reply 5 i32 1) $(new_log | grep -c 'open file for saving')"
