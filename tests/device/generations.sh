@@ -36,19 +36,18 @@ expect 'Maldor starts with its default settings on disk' \
         done | xxd -p | tr -d '\n'
     )00" "$(settings)"
 expect 'Maldor uploads its blocks' 'S185100 C0 C1 C2 W0 a W1 a W2 a a' "$(story)"
-cp /data/misc/zyl/current_speaker_on /tmp/block
-poke /tmp/block 132 00 00 00 00
-for band in 0 1 2 3 4 5 6 7 8 9; do
-    poke /tmp/block $((100 + 2 * band)) 00 10
-done
-expect 'from its own tuning files' "$(md5sum </tmp/block)" "$(dspctl block 0 | md5sum)"
+# The record with the default equaliser laid over it.
+speaker_block() {
+    cp "/data/misc/zyl/$1" /tmp/block
+    poke /tmp/block 132 00 00 00 00
+    for band in 0 1 2 3 4 5 6 7 8 9; do
+        poke /tmp/block $((100 + 2 * band)) 00 10
+    done
+    md5sum </tmp/block
+}
+expect 'from its own tuning files' "$(speaker_block current_speaker_on)" "$(dspctl block 0 | md5sum)"
 expect 'Maldor switches to another speaker file' 'W0' "$(reply 3 i32 0 >/dev/null && story | cut -d ' ' -f 1)"
-cp /data/misc/zyl/current_speaker_off /tmp/block
-poke /tmp/block 132 00 00 00 00
-for band in 0 1 2 3 4 5 6 7 8 9; do
-    poke /tmp/block $((100 + 2 * band)) 00 10
-done
-expect 'the one for off' "$(md5sum </tmp/block)" "$(dspctl block 0 | md5sum)"
+expect 'the one for off' "$(speaker_block current_speaker_off)" "$(dspctl block 0 | md5sum)"
 expect 'Maldor refuses tuning numbers' fffffff7 "$(reply 7 i32 0 i32 0)"
 
 rm -r /etc/zyl
