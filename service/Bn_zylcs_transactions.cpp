@@ -1,7 +1,7 @@
 // The transactions that carry tuning data and its names.
 
+#include <algorithm>
 #include <cstdlib>
-#include <memory>
 
 #include "service/Bn_zyl_kwo_service.h"
 #include "service/transaction.h"
@@ -12,36 +12,58 @@ using android::status_t;
 
 namespace {
 
-using Blob = std::unique_ptr<uint8_t, decltype(&free)>;
+// No parcel carries more than a megabyte. What announces much more is a mistake, or meant to use up
+// the address space that all clients share: it is answered as memory that cannot be had.
+constexpr int32_t kLargestBlob = 16 << 20;
 
-// Reads a length and as many bytes; null when the memory for them cannot be had. Zeroed, so that a
-// parcel that holds fewer bytes than it announces shows nobody what was in the memory before.
-Blob readBlob(const Parcel& data, int32_t* size) {
-    *size = data.readInt32();
-    if (*size < 0) return Blob(nullptr, free);
-    Blob blob(static_cast<uint8_t*>(calloc(1, static_cast<size_t>(*size))), free);
-    if (blob != nullptr) data.read(blob.get(), static_cast<size_t>(*size));
-    return blob;
-}
+// A length and as many bytes from a parcel.
+class Blob {
+  public:
+    // What becomes of the bytes. Kept, they stay allocated, but only as many as arrived.
+    enum Afterwards { kFreed, kKept };
 
-// The two speaker codes keep their first blob allocated after the transaction; the others free
-// both.
-enum class FirstBlob { kFreed, kKept };
+    // Zeroed, so that a parcel that holds fewer bytes than it announces shows nobody what was in
+    // the memory before.
+    Blob(const Parcel& data, Afterwards afterwards)
+        : mSize(data.readInt32()), mAfterwards(afterwards) {
+        if (mSize < 0 || mSize > kLargestBlob) return;
+        const auto size = static_cast<size_t>(mSize);
+        mBytes = static_cast<uint8_t*>(calloc(1, size));
+        if (mBytes != nullptr && data.read(mBytes, size) == NO_ERROR) mArrived = size;
+    }
+    Blob(const Blob&) = delete;
+    Blob& operator=(const Blob&) = delete;
+    ~Blob() {
+        if (mAfterwards == kFreed) {
+            free(mBytes);
+        } else if (mBytes != nullptr) {
+            const void* kept = realloc(mBytes, std::max<size_t>(mArrived, 1));
+            static_cast<void>(kept);
+        }
+    }
 
-// `operation` takes both blobs with their sizes and returns the result to reply with.
+    // Null when the memory could not be had.
+    uint8_t* bytes() const { return mBytes; }
+    int32_t size() const { return mSize; }
+
+  private:
+    const int32_t mSize;
+    const Afterwards mAfterwards;
+    uint8_t* mBytes = nullptr;
+    size_t mArrived = 0;
+};
+
+// `operation` takes both blobs with their sizes and returns the result to reply with. The two
+// speaker codes keep their first blob allocated after the transaction; the others free both.
 template <typename Operation>
-status_t zylcsTransaction(const Parcel& data, Parcel* reply, FirstBlob lifetime,
+status_t zylcsTransaction(const Parcel& data, Parcel* reply, Blob::Afterwards firstAfterwards,
                           Operation operation) {
-    int32_t zylcsSize = 0;
-    Blob zylcs = readBlob(data, &zylcsSize);
-    if (zylcs == nullptr) return android::FAILED_TRANSACTION;
-    const uint8_t* bytes = zylcs.get();
-    if (lifetime == FirstBlob::kKept) static_cast<void>(zylcs.release());
-
-    int32_t workSize = 0;
-    const Blob work = readBlob(data, &workSize);
-    if (work == nullptr) return android::FAILED_TRANSACTION;
-    return finishSilently(reply->writeInt32(operation(bytes, zylcsSize, work.get(), workSize)));
+    const Blob zylcs(data, firstAfterwards);
+    if (zylcs.bytes() == nullptr) return android::FAILED_TRANSACTION;
+    const Blob work(data, Blob::kFreed);
+    if (work.bytes() == nullptr) return android::FAILED_TRANSACTION;
+    return finishSilently(
+            reply->writeInt32(operation(zylcs.bytes(), zylcs.size(), work.bytes(), work.size())));
 }
 
 // `operation` fills a name and its length and returns the result to reply with.
@@ -58,12 +80,12 @@ status_t nameTransaction(Parcel* reply, Operation operation) {
 }  // namespace
 
 status_t Bn_zyl_kwo_service::onSetSpeakerZylcsTuning(const Parcel& data, Parcel* reply) {
-    return zylcsTransaction(data, reply, FirstBlob::kKept,
+    return zylcsTransaction(data, reply, Blob::kKept,
                             [this](auto... blobs) { return setSpeakerZylcsTuning(blobs...); });
 }
 
 status_t Bn_zyl_kwo_service::onSetSecondSpeakerZylcsTuning(const Parcel& data, Parcel* reply) {
-    return zylcsTransaction(data, reply, FirstBlob::kKept, [this](auto... blobs) {
+    return zylcsTransaction(data, reply, Blob::kKept, [this](auto... blobs) {
         return setSecondSpeakerZylcsTuning(blobs...);
     });
 }
@@ -82,7 +104,7 @@ status_t Bn_zyl_kwo_service::onGetSecondSpeakerZylcsTuningName(const Parcel&, Pa
 
 status_t Bn_zyl_kwo_service::onSetAccessoryZylcsTuning(const Parcel& data, Parcel* reply) {
     const int32_t route = data.readInt32();
-    return zylcsTransaction(data, reply, FirstBlob::kFreed, [this, route](auto... blobs) {
+    return zylcsTransaction(data, reply, Blob::kFreed, [this, route](auto... blobs) {
         return setAccessoryZylcsTuning(route, blobs...);
     });
 }
@@ -96,7 +118,7 @@ status_t Bn_zyl_kwo_service::onGetAccessoryZylcsTuningName(const Parcel& data, P
 
 status_t Bn_zyl_kwo_service::onSetStereoRoomZylcsTuning(const Parcel& data, Parcel* reply) {
     const int32_t index = data.readInt32();
-    return zylcsTransaction(data, reply, FirstBlob::kFreed, [this, index](auto... blobs) {
+    return zylcsTransaction(data, reply, Blob::kFreed, [this, index](auto... blobs) {
         return setStereoRoomZylcsTuning(index, blobs...);
     });
 }
@@ -109,7 +131,7 @@ status_t Bn_zyl_kwo_service::onGetStereoRoomZylcsTuningName(const Parcel& data, 
 }
 
 status_t Bn_zyl_kwo_service::onSetMultiChannelRoomZylcsTuning(const Parcel& data, Parcel* reply) {
-    return zylcsTransaction(data, reply, FirstBlob::kFreed, [this](auto... blobs) {
+    return zylcsTransaction(data, reply, Blob::kFreed, [this](auto... blobs) {
         return setMultiChannelRoomZylcsTuning(blobs...);
     });
 }
