@@ -185,8 +185,9 @@ class Izyl_kwo_service : public android::IInterface {
 
     // Hands over shared memory of `length` bytes; one that is shorter than a pipeline image counts
     // as none. There is one region for all clients, the last one handed over. The service never
-    // unmaps a region: each call costs it `length` bytes of its 32-bit address space for as long as
-    // it runs, so hand one over once, and no longer than needed. The descriptor stays the caller's.
+    // unmaps a region: each call costs it a block's worth of its 32-bit address space for as long
+    // as it runs. Once regions take up a gigabyte of it, no more are mapped; so hand one over once.
+    // The descriptor stays the caller's.
     virtual int32_t setFileDescriptor(int fd, int32_t length) = 0;
     // Copy a block of the DSP's cache, 0 to 2, into the shared memory and back.
     virtual int32_t fetchCacheBlock(int32_t block) = 0;

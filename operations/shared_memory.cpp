@@ -45,11 +45,31 @@ bool isBlock(int32_t block) {
     return block >= 0 && block < kCacheBlockCount;
 }
 
+// An earlier region stays mapped, as a copy on another thread may be under way in it. This is what
+// regions may take of the 32-bit address space.
+constexpr size_t kMostMapped = size_t{1} << 30;
+
 }  // namespace
 
+void* zyl_kwo_service::mapRegion(int fd, size_t size) {
+    void* const region = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (region == MAP_FAILED) return region;
+    const auto page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    const size_t image = quorinPipelineSize();
+    // Of no use for any copy when it is shorter; and only so much of it is ever used.
+    const size_t used = size < image ? 0 : (image + page - 1) / page * page;
+    if (mMappedBytes.fetch_add(used) + used > kMostMapped) {
+        mMappedBytes -= used;
+        munmap(region, size);
+        errno = ENOMEM;
+        return MAP_FAILED;
+    }
+    if (used < size) munmap(static_cast<uint8_t*>(region) + used, size - used);
+    return used == 0 ? nullptr : region;
+}
+
 int32_t zyl_kwo_service::setFileDescriptor(int fd, int32_t length) {
-    const size_t size = static_cast<uint32_t>(length);
-    void* region = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    void* const region = mapRegion(fd, static_cast<uint32_t>(length));
     if (region == MAP_FAILED) {
         const int error = errno;
         __android_log_print(ANDROID_LOG_ERROR, kServiceLogTag, "mmap failed! %d, %s", error,
@@ -57,12 +77,6 @@ int32_t zyl_kwo_service::setFileDescriptor(int fd, int32_t length) {
         mSharedRegion = nullptr;
         return kZylKwoUploadFailed;
     }
-    if (size < quorinPipelineSize()) {
-        // Of no use for any copy: no region, and nothing left behind.
-        munmap(region, size);
-        region = nullptr;
-    }
-    // An earlier region stays mapped: a copy on another thread may be under way in it.
     mSharedRegion = static_cast<uint8_t*>(region);
     return kZylKwoOk;
 }

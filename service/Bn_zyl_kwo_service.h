@@ -8,6 +8,8 @@
 
 #include <binder/Parcel.h>
 
+#include <atomic>
+
 #include "interface/Izyl_kwo_service.h"
 
 class Bn_zyl_kwo_service : public android::BnInterface<Izyl_kwo_service> {
@@ -67,6 +69,9 @@ class Bn_zyl_kwo_service : public android::BnInterface<Izyl_kwo_service> {
     android::status_t onPushCacheBlock(const android::Parcel& data, android::Parcel* reply);
     android::status_t onGetDbLevels(const android::Parcel& data, android::Parcel* reply);
     android::status_t onSetDbGain(const android::Parcel& data, android::Parcel* reply);
+
+    // Of blobs that stay allocated; see Bn_zylcs_transactions.cpp.
+    std::atomic<size_t> mKeptBytes{0};
 };
 
 #endif  // ZYL_SERVICE_BN_ZYL_KWO_SERVICE_H

@@ -1,6 +1,7 @@
 // The transactions that carry tuning data and its names.
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 
 #include "service/Bn_zyl_kwo_service.h"
@@ -16,17 +17,20 @@ namespace {
 // the address space that all clients share: it is answered as memory that cannot be had.
 constexpr int32_t kLargestBlob = 16 << 20;
 
+// What is kept for good is bounded: beyond this, memory for more cannot be had.
+constexpr size_t kMostKept = size_t{128} << 20;
+// No allocation is smaller.
+constexpr size_t kLeastKept = 16;
+
 // A length and as many bytes from a parcel.
 class Blob {
   public:
-    // What becomes of the bytes. Kept, they stay allocated, but only as many as arrived.
-    enum Afterwards { kFreed, kKept };
-
-    // Zeroed, so that a parcel that holds fewer bytes than it announces shows nobody what was in
-    // the memory before.
-    Blob(const Parcel& data, Afterwards afterwards)
-        : mSize(data.readInt32()), mAfterwards(afterwards) {
+    // The bytes are freed in the end, unless there is a count of what is `kept`: then they stay
+    // allocated, but only as many as arrived. They are zeroed first, so that a parcel that holds
+    // fewer bytes than it announces shows nobody what was in the memory before.
+    Blob(const Parcel& data, std::atomic<size_t>* kept) : mSize(data.readInt32()), mKept(kept) {
         if (mSize < 0 || mSize > kLargestBlob) return;
+        if (kept != nullptr && *kept >= kMostKept) return;
         const auto size = static_cast<size_t>(mSize);
         mBytes = static_cast<uint8_t*>(calloc(1, size));
         if (mBytes != nullptr && data.read(mBytes, size) == NO_ERROR) mArrived = size;
@@ -34,11 +38,13 @@ class Blob {
     Blob(const Blob&) = delete;
     Blob& operator=(const Blob&) = delete;
     ~Blob() {
-        if (mAfterwards == kFreed) {
+        if (mKept == nullptr) {
             free(mBytes);
         } else if (mBytes != nullptr) {
-            const void* kept = realloc(mBytes, std::max<size_t>(mArrived, 1));
+            const size_t size = std::max(mArrived, kLeastKept);
+            const void* kept = realloc(mBytes, size);
             static_cast<void>(kept);
+            *mKept += size;
         }
     }  // NOLINT(clang-analyzer-unix.Malloc): that it stays allocated is the point
 
@@ -48,7 +54,7 @@ class Blob {
 
   private:
     const int32_t mSize;
-    const Afterwards mAfterwards;
+    std::atomic<size_t>* const mKept;
     uint8_t* mBytes = nullptr;
     size_t mArrived = 0;
 };
@@ -56,11 +62,11 @@ class Blob {
 // `operation` takes both blobs with their sizes and returns the result to reply with. The two
 // speaker codes keep their first blob allocated after the transaction; the others free both.
 template <typename Operation>
-status_t zylcsTransaction(const Parcel& data, Parcel* reply, Blob::Afterwards firstAfterwards,
+status_t zylcsTransaction(const Parcel& data, Parcel* reply, std::atomic<size_t>* firstKept,
                           Operation operation) {
-    const Blob zylcs(data, firstAfterwards);
+    const Blob zylcs(data, firstKept);
     if (zylcs.bytes() == nullptr) return android::FAILED_TRANSACTION;
-    const Blob work(data, Blob::kFreed);
+    const Blob work(data, nullptr);
     if (work.bytes() == nullptr) return android::FAILED_TRANSACTION;
     return finishSilently(
             reply->writeInt32(operation(zylcs.bytes(), zylcs.size(), work.bytes(), work.size())));
@@ -80,12 +86,12 @@ status_t nameTransaction(Parcel* reply, Operation operation) {
 }  // namespace
 
 status_t Bn_zyl_kwo_service::onSetSpeakerZylcsTuning(const Parcel& data, Parcel* reply) {
-    return zylcsTransaction(data, reply, Blob::kKept,
+    return zylcsTransaction(data, reply, &mKeptBytes,
                             [this](auto... blobs) { return setSpeakerZylcsTuning(blobs...); });
 }
 
 status_t Bn_zyl_kwo_service::onSetSecondSpeakerZylcsTuning(const Parcel& data, Parcel* reply) {
-    return zylcsTransaction(data, reply, Blob::kKept, [this](auto... blobs) {
+    return zylcsTransaction(data, reply, &mKeptBytes, [this](auto... blobs) {
         return setSecondSpeakerZylcsTuning(blobs...);
     });
 }
@@ -104,7 +110,7 @@ status_t Bn_zyl_kwo_service::onGetSecondSpeakerZylcsTuningName(const Parcel&, Pa
 
 status_t Bn_zyl_kwo_service::onSetAccessoryZylcsTuning(const Parcel& data, Parcel* reply) {
     const int32_t route = data.readInt32();
-    return zylcsTransaction(data, reply, Blob::kFreed, [this, route](auto... blobs) {
+    return zylcsTransaction(data, reply, nullptr, [this, route](auto... blobs) {
         return setAccessoryZylcsTuning(route, blobs...);
     });
 }
@@ -118,7 +124,7 @@ status_t Bn_zyl_kwo_service::onGetAccessoryZylcsTuningName(const Parcel& data, P
 
 status_t Bn_zyl_kwo_service::onSetStereoRoomZylcsTuning(const Parcel& data, Parcel* reply) {
     const int32_t index = data.readInt32();
-    return zylcsTransaction(data, reply, Blob::kFreed, [this, index](auto... blobs) {
+    return zylcsTransaction(data, reply, nullptr, [this, index](auto... blobs) {
         return setStereoRoomZylcsTuning(index, blobs...);
     });
 }
@@ -131,7 +137,7 @@ status_t Bn_zyl_kwo_service::onGetStereoRoomZylcsTuningName(const Parcel& data, 
 }
 
 status_t Bn_zyl_kwo_service::onSetMultiChannelRoomZylcsTuning(const Parcel& data, Parcel* reply) {
-    return zylcsTransaction(data, reply, Blob::kFreed, [this](auto... blobs) {
+    return zylcsTransaction(data, reply, nullptr, [this](auto... blobs) {
         return setMultiChannelRoomZylcsTuning(blobs...);
     });
 }

@@ -136,6 +136,11 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     int32_t applyForcedParameters() REQUIRES(gServiceLock);
     void applyForcedParametersAndAnnounce() REQUIRES(gServiceLock);
 
+    // The region's address, or null when it is shorter than a pipeline image; MAP_FAILED, with
+    // errno, when it cannot be mapped, or when regions have used up their share of the address
+    // space, which is bounded so that no client can use up what all else needs.
+    void* mapRegion(int fd, size_t size);
+
     // Maldor's tuning data, operations/zylcs_tuning.cpp.
 
     // Folds tuning data into one of the speaker's two records.
@@ -172,6 +177,7 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     std::atomic<int32_t> mActiveRoute{0};
     // Mapped from a client, at least one pipeline image long; null while there is none.
     std::atomic<uint8_t*> mSharedRegion{nullptr};
+    std::atomic<size_t> mMappedBytes{0};
 };
 
 #endif  // ZYL_SERVICE_ZYL_KWO_SERVICE_H

@@ -127,6 +127,19 @@ TEST(Dispatcher, AReplyThatCannotBeWrittenIsLoggedAndFails) {
     }
 }
 
+// The speaker's tuning data stays allocated, but not without end; the other codes go on.
+TEST(Dispatcher, TuningDataThatIsKeptIsBounded) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    Words data(1 + (1 << 18) + 1);
+    data[0] = 1 << 20;
+    for (uint32_t taken = 0; taken < 128; ++taken) {
+        ASSERT_EQ(transact(*service, 19 + taken % 2, data), (Answer{NO_ERROR, {-9}})) << taken;
+    }
+    EXPECT_EQ(transact(*service, 19, {0, 0}), (Answer{FAILED_TRANSACTION, {}}));
+    EXPECT_EQ(transact(*service, 27, data), (Answer{NO_ERROR, {-9}}));
+}
+
 TEST(Dispatcher, AFailedOperationIsLoggedInTheWordsOfItsCode) {
     Phone phone;
     const sp<zyl_kwo_service> service = phone.startTorvane();

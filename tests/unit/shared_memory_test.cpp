@@ -105,6 +105,20 @@ TEST(SharedMemory, OnlyARegionOfAWholeImageCounts) {
     }
 }
 
+// Every region stays mapped, but only a block's worth of it, and not without end.
+TEST(SharedMemory, RegionsTakeUpABoundedPartOfTheAddressSpace) {
+    Shared s;
+    constexpr int kMost = (1 << 30) / (64 << 10);
+    for (int taken = 1; taken < kMost; ++taken) {
+        ASSERT_EQ(s.service->setFileDescriptor(s.fd, INT32_MAX), 0) << taken;
+    }
+    EXPECT_EQ(s.service->fetchCacheBlock(0), 0);
+    EXPECT_EQ(s.service->setFileDescriptor(s.fd, kImageSize), -3);
+    EXPECT_EQ(s.phone.log(),
+              Lines{"6 zyl_kwo_service service: mmap failed! 12, Cannot allocate memory"});
+    EXPECT_EQ(s.service->fetchCacheBlock(0), -3000);
+}
+
 TEST(SharedMemory, AnUnreachablePartOfTheRegionFailsTheCopyAndNothingElse) {
     Shared s;
     for (size_t left : {0, 4096}) {
