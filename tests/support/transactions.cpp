@@ -1,0 +1,138 @@
+#include "tests/support/transactions.h"
+
+#include <binder/IBinder.h>
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include "interface/Izyl_kwo_service.h"
+
+// The arguments of a code, a letter each: see writeArgument and kRanges.
+struct TransactionSource::Shape {
+    uint32_t code;
+    const char* arguments;
+};
+
+namespace {
+
+struct Range {
+    char kind;
+    int32_t low;
+    int32_t high;
+};
+
+// Switch, mode, route, tuning, band, gain, index, block.
+constexpr Range kRanges[] = {{'s', 0, 1}, {'m', 1, 3},       {'r', 0, 2}, {'t', 0, 2},
+                             {'b', 0, 9}, {'g', 725, 32767}, {'i', 1, 2}, {'k', 0, 2}};
+
+constexpr uint32_t kLengths[] = {61700, 61699, 65536, 70000, 4096, 0};
+constexpr float kFloats[] = {0.0F, 1.0F, -1.0F, 0.25F, -999.0F, 1e30F};
+
+}  // namespace
+
+bool TransactionSource::next(Transaction* transaction) {
+    static constexpr Shape kShapes[] = {
+            {1, "s"},
+            {2, ""},
+            {3, "s"},
+            {4, ""},
+            {5, "m"},
+            {6, "r"},
+            {7, "rt"},
+            {8, "b"},
+            {9, "bg"},
+            {10, ""},
+            {11, ""},
+            {12, "s"},
+            {13, ""},
+            {14, ""},
+            {19, "BB"},
+            {20, "BB"},
+            {21, ""},
+            {22, ""},
+            {15, "gggggggggg"},
+            {23, "rBB"},
+            {24, "r"},
+            {26, "i"},
+            {25, "iBB"},
+            {27, "BB"},
+            {28, ""},
+            {29, "ffff"},
+            {30, ""},
+            {31, ""},
+            {32, "x"},
+            {40, "x"},
+            {41, "s"},
+            {1001, "r"},
+            {3001, "D"},
+            {3004, ""},
+            {3005, "xxxxxxxxxx"},
+            {3002, "k"},
+            {3003, "k"},
+    };
+    if (mNext == mEnd) return false;
+    Shape shape = kShapes[byte() % std::size(kShapes)];
+    if (rarely()) shape = {word(2) % 5001, "xx"};
+    transaction->code = shape.code;
+    android::Parcel& data = transaction->data;
+    if (rarely()) {
+        if (byte() % 2 != 0) data.writeInterfaceToken(android::String16("zyl.kwo"));
+    } else {
+        data.writeInterfaceToken(Izyl_kwo_service::descriptor);
+    }
+    for (const char* kind = shape.arguments; *kind != '\0'; ++kind) {
+        writeArgument(*kind, transaction);
+    }
+    // Cut off somewhere, but never in the middle of a descriptor.
+    if (rarely() && data.objectsCount() == 0) data.setDataSize(byte() % (data.dataSize() + 1));
+    return true;
+}
+
+// Little-endian.
+uint32_t TransactionSource::word(int size) {
+    uint32_t value = 0;
+    for (int i = 0; i < size; ++i) value |= byte() << (8 * i);
+    return value;
+}
+
+// Around the edges, too, unless the call is to be proper.
+uint32_t TransactionSource::plausible(char kind) {
+    const Range* range = std::find_if(std::begin(kRanges), std::end(kRanges),
+                                      [kind](const Range& r) { return r.kind == kind; });
+    if (range == std::end(kRanges)) return word(4);
+    const int32_t margin = mForm == kAnything ? 1 : 0;
+    const auto count = static_cast<uint32_t>(range->high - range->low + 1 + 2 * margin);
+    return static_cast<uint32_t>(range->low - margin) + word(count > 0x100 ? 2 : 1) % count;
+}
+
+void TransactionSource::writeArgument(char kind, Transaction* transaction) {
+    android::Parcel& data = transaction->data;
+    switch (kind) {
+        case 'B': writeBlob(transaction); return;
+        case 'D':
+            if (!rarely()) data.writeDupFileDescriptor(mRegion);
+            data.writeUint32(rarely() ? word(4) : kLengths[byte() % std::size(kLengths)]);
+            transaction->handsRegionOver = true;
+            return;
+        case 'f':
+            if (rarely()) break;
+            data.writeFloat(kFloats[byte() % std::size(kFloats)]);
+            return;
+        default: break;
+    }
+    data.writeUint32(rarely() ? word(4) : plausible(kind));
+}
+
+// Mostly a few bytes, sometimes many; seldom as many as it says.
+void TransactionSource::writeBlob(Transaction* transaction) {
+    const uint32_t choice = byte();
+    const uint32_t size = choice < 0xE0 ? choice % 64 : (choice - 0xDF) * 1500;
+    std::vector<uint8_t> bytes(size, 'x');
+    std::generate_n(bytes.begin(), std::min<size_t>(size, mEnd - mNext), [this] { return byte(); });
+    transaction->data.writeUint32(rarely() ? word(4) : size);
+    transaction->data.write(bytes.data(), size);
+    const bool kept = transaction->code == Izyl_kwo_service::SET_SPEAKER_ZYLCS_TUNING ||
+                      transaction->code == Izyl_kwo_service::SET_SECOND_SPEAKER_ZYLCS_TUNING;
+    if (kept && transaction->keptBytes == 0) transaction->keptBytes = std::max(size, 16U);
+}
