@@ -26,6 +26,11 @@ class TransactionSource {
         kAnything  // those, too
     };
 
+    // The first byte of a transaction chooses its operation; those that the DSP hears nothing of
+    // are below this. The second, in the form kAnything, makes it another code when it is kOther.
+    static constexpr uint8_t kQuietShapes = 20;
+    static constexpr uint8_t kOther = 0xFF;
+
     // The bytes are the caller's, as is `region`, a descriptor of memory to hand over.
     TransactionSource(const uint8_t* bytes, size_t size, Form form, int region)
         : mNext(bytes), mEnd(bytes + size), mForm(form), mRegion(region) {}
