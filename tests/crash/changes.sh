@@ -18,7 +18,6 @@ acknowledged() {
 
 # The file system is not to guess what a careless writer meant.
 mount -o remount,noauto_da_alloc /data
-mkdir /data/careless
 while IFS='|' read -r writer files change <&3; do
     for n in $(seq 0 "$times"); do
         eval "$change" >/dev/null 2>&1

@@ -4,7 +4,4 @@
 . /tests/lib.sh
 expect 'the stereo mode is there after a power cut' '00000000 00000001' "$(reply 4)"
 expect 'the tuning is there after a power cut' '00000000 00000002' "$(reply 6 i32 0)"
-expect 'the settings file is whole' \
-    0300000001000000010000000200000003000000000000000010000000100000001000000010000000100000001000000010000000100000001000000010000000000000 \
-    "$(settings)"
 end_of_cases
