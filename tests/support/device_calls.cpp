@@ -1,5 +1,6 @@
 #include "tests/support/device_calls.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <linux/android/binder.h>
 #include <linux/memfd.h>
@@ -7,8 +8,10 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -61,6 +64,18 @@ int binderRequest(unsigned long request, void* argument) {
     return 0;
 }
 
+// Where the service may look, and the lab. The runtime opens files before there is anything here.
+void watch(const char* path) {
+    const auto holds = [path](const char* place) {
+        return strncmp(path, place, strlen(place)) == 0;
+    };
+    const auto kPlaces = {"/data/misc/zyl/", "//data//misc//zyl//", "/etc/zyl/", "/dev/", "/run/"};
+    if (current == nullptr) return;
+    if (std::none_of(kPlaces.begin(), kPlaces.end(), holds) || strstr(path, "..")) {
+        ++current->strayOpens;
+    }
+}
+
 int openAny(const char* path, int flags, mode_t mode) {
     if (strcmp(path, kDevicePath) == 0) return openDsp();
     if (strcmp(path, "/dev/binder") == 0) return openAs(Kind::kBinder);
@@ -85,8 +100,17 @@ int open(const char* path, int flags, ...) {
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
+    watch(path);
     return openAny(path, flags, mode);
 }
+
+FILE* fopen(const char* path, const char* mode) {
+    static const auto next = reinterpret_cast<decltype(&fopen)>(dlsym(RTLD_NEXT, "fopen"));
+    watch(path);
+    return next(path, mode);
+}
+
+FILE* fopen64(const char* path, const char* mode) __attribute__((alias("fopen")));
 
 int ioctl(int fd, unsigned long request, ...) noexcept {
     va_list arguments;

@@ -1,5 +1,5 @@
-// Stands where the kernel would: the test program's own open, ioctl, close and usleep answer for
-// the DSP's device node and for binder, and pass everything else on.
+// Stands where the kernel would: the test program's own open, fopen, ioctl, close and usleep answer
+// for the DSP's device node and for binder, and pass everything else on.
 
 #ifndef ZYL_TESTS_SUPPORT_DEVICE_CALLS_H
 #define ZYL_TESTS_SUPPORT_DEVICE_CALLS_H
@@ -19,6 +19,7 @@ struct DeviceCalls {
 
     std::atomic<int> opens{0};         // attempts to open the node
     std::atomic<int> standing{0};      // descriptors of the node that are open
+    std::atomic<int> strayOpens{0};    // of files that are not the service's or the lab's
     std::atomic<int> zeroCloses{0};    // closes of descriptor 0
     std::atomic<int> badCloses{0};     // closes of a descriptor that nobody had open
     std::atomic<long> sleptMicros{0};  // what usleep was asked for; it returns at once

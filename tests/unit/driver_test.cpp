@@ -22,6 +22,16 @@ struct Started {
     }
 };
 
+const Words kDefaultMasks = {0x2, 0x2000C, 0x3F0};
+
+// The number in front, behind the first and behind the second comma; nothing without both.
+Words masksOf(const std::string& text) {
+    const size_t second = text.find(',') + 1;
+    const size_t third = text.find(',', second) + 1;
+    if (second == 0 || third == 0) return {};
+    return {atoi(&text[0]), atoi(&text[second]), atoi(&text[third])};
+}
+
 Lines driverError(const std::string& text) {
     return text.empty() ? Lines() : Lines{"6 ZylcsToQuorinConv: " + text};
 }
@@ -88,39 +98,35 @@ TEST(Driver, TheLogTimePropertyLogsNanosecondsOfEachUpload) {
     }
 }
 
+// Every length of each text, and each bit of it the wrong way round.
 TEST(Driver, TheMaskFileSetsAllThreeMasksOrNone) {
-    const Words kDefaults = {0x2, 0x2000C, 0x3F0};
-    const std::string kHead = "void zylDriver::ReadDevicesCSV(): Error ";
-    const std::string kPath = "(file://data//misc//zyl//cache-mask.csv)";
-    const std::string kMissing =
-            kHead + "while trying to open file for device mask " + kPath + ", Using default values";
-    const std::string kShort = kHead + "reading mask cache file ..." + kPath + ", using defaults";
-    struct {
-        const char* text;  // null: no file
-        Words masks;
-        std::string logged;
-    } const kCases[] = {
-            {nullptr, kDefaults, kMissing},  {"", kDefaults, kShort},
-            {"\n", kDefaults, kShort},       {"1", kDefaults, kShort},
-            {"1,2", kDefaults, kShort},      {"1,2,", {1, 2, 0}, ""},
-            {",,", {0, 0, 0}, ""},           {"5,6,7", {5, 6, 7}, ""},
-            {"5,6,7\n", {5, 6, 7}, ""},      {"1,2,3,4", {1, 2, 3}, ""},
-            {"0x10,2,3", {0, 2, 3}, ""},     {" 5,\t+6,-1\n", {5, 6, -1}, ""},
-            {"7x,eight,9 9", {7, 0, 9}, ""},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.text == nullptr ? "missing" : c.text);
-        Phone phone;
-        if (c.text != nullptr) writeFile(kMaskFile, std::string(c.text));
-        zylDriver driver;
-        driver.configureCacheBlocks();
-        EXPECT_EQ(Words(std::begin(g_deviceMasks), std::end(g_deviceMasks)), c.masks);
-        EXPECT_EQ(phone.log(), driverError(c.logged));
+    const std::string kShort =
+            "void zylDriver::ReadDevicesCSV(): Error reading mask cache file "
+            "...(file://data//misc//zyl//cache-mask.csv), using defaults";
+    EXPECT_EQ(masksOf("0x10, +6,-1\n,4"), (Words{0, 6, -1}));
+    for (const std::string text :
+         {"2,131084,1008", "2,131084,1008\n", "\n", ",,", "1,2,3,4", "0x10,2,3", " 5,\t+6,-1\n",
+          "7x,eight,9 9", "4294967295,2147483647,-2147483648"}) {
+        for (size_t variant = 0; variant <= 9 * text.size(); ++variant) {
+            std::string content = text.substr(0, variant);
+            if (variant > text.size()) {
+                const size_t bit = variant - text.size() - 1;
+                content[bit / 8] = static_cast<char>(text[bit / 8] ^ 1 << bit % 8);
+            }
+            SCOPED_TRACE(content);
+            Phone phone;
+            writeFile(kMaskFile, content);
+            zylDriver().configureCacheBlocks();
+            const Words masks = masksOf(content);
+            EXPECT_EQ(Words(std::begin(g_deviceMasks), std::end(g_deviceMasks)),
+                      masks.empty() ? kDefaultMasks : masks);
+            EXPECT_EQ(phone.log(), driverError(masks.empty() ? kShort : ""));
+        }
     }
     Phone phone;
     ASSERT_EQ(mkdir(kMaskFile, 0700), 0);
     zylDriver().ReadDevicesCSV();
-    EXPECT_EQ(Words(std::begin(g_deviceMasks), std::end(g_deviceMasks)), kDefaults);
+    EXPECT_EQ(Words(std::begin(g_deviceMasks), std::end(g_deviceMasks)), kDefaultMasks);
     EXPECT_EQ(phone.log(), driverError(kShort));
 }
 

@@ -64,6 +64,7 @@ TEST(Operations, RowsOfAnySizeAreWrittenWithZerosBehindTheirValue) {
         expectReplies(*service, {"5 3 : 0"});
         EXPECT_EQ(phone.story(), std::string("w2.1=") + c.mode + " a w2.2=" + c.mode + " a a");
         expectReplies(*service, {"15 800 800 800 800 800 800 800 800 800 800 : 0"});
+        EXPECT_EQ(wordAt(readFile(kSettingsFile), 60), 800u);
         EXPECT_THAT(phone.story(),
                     testing::HasSubstr(" w3.0" + (c.gains.empty() ? "" : "=" + c.gains) + " "));
     }

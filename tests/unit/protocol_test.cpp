@@ -161,6 +161,7 @@ TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
     EXPECT_EQ(proxy->setGEQGain(9, 32767), 0);
     EXPECT_EQ(proxy->getGEQGain(9, &gain), 0);
     EXPECT_EQ(gain, 32767);
+    EXPECT_EQ(wordAt(readFile(kSettingsFile), 60), 32767u);
     EXPECT_EQ(proxy->setEnabled(7), 0);
     EXPECT_EQ(proxy->getEnabled(&value), 0);
     EXPECT_EQ(value, 7);
@@ -169,6 +170,7 @@ TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
     EXPECT_STREQ(info.version, "1.0.3.5.0");
     EXPECT_EQ(info.platformType, 0);
     EXPECT_EQ(service->unsupportedOperation(), -8);
+    EXPECT_EQ(proxy->setListeningTestResult(1, 2, 3, 4), 0);
     // An identifier that its blob just holds, and a work area.
     uint8_t data[] = "Tuning";
     uint8_t work[5] = {};
@@ -179,6 +181,10 @@ TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
     int32_t length = kZylcsNameSize;
     EXPECT_EQ(proxy->getAccessoryZylcsTuningName(2, name, &length), 0);
     EXPECT_STREQ(name, "Tuning");
+    // The test that was taken is in the record, until it is reset.
+    EXPECT_EQ(wordAt(readFile("/data/misc/zyl/current_bluetooth"), 448), 3u);
+    EXPECT_EQ(proxy->resetListeningTestResult(), 0);
+    EXPECT_EQ(wordAt(readFile("/data/misc/zyl/current_bluetooth"), 448), 0u);
     // A refusal leaves what the caller had.
     EXPECT_EQ(proxy->getTuning(0, &value), -9);
     EXPECT_EQ(value, 7);

@@ -2,7 +2,7 @@
 #include <sys/stat.h>
 
 #include <csignal>
-#include <memory>
+#include <tuple>
 
 #include "settings/settings_struct_maldor.h"
 #include "settings/settings_struct_torvane.h"
@@ -12,12 +12,11 @@ namespace {
 
 constexpr char kTemporaryFile[] = "/data/misc/zyl/zyl_kwo_settings.tmp";
 
-enum Problem { kNothing, kMissing, kShort, kNewer, kNotOpened, kNotWritten };
+enum Problem { kNothing, kShort, kNewer, kNotOpened, kNotWritten };
 
 Lines logged(bool maldor, Problem problem, const std::string& versions = "") {
     const std::string kTexts[] = {
             "",
-            "LoadStruct(): Error while trying to open file for loading ",
             "LoadStruct(): Error reading settings file ...",
             "LoadStruct(): Version problem detected, the settings file was saved with a newer "
             "version of the service ",
@@ -46,51 +45,99 @@ Bytes defaultImage(bool maldor) {
 }
 
 // Bytes that no default has, behind a version.
-Bytes fileOf(int size, uint32_t version) {
-    Bytes bytes(static_cast<size_t>(std::max(size, 0)));
+Bytes fileOf(size_t size, uint32_t version) {
+    Bytes bytes(size);
     for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<uint8_t>(0x80 + i % 100);
     if (size >= 4) putWord(bytes, 0, version);
     return bytes;
 }
 
+// What a service makes of a settings file is what the bytes say, whatever they are: the answers of
+// all getters, the tuning files that are looked for, the next save.
+void expectTakenOver(Phone& phone, bool maldor, const Bytes& file) {
+    writeFile(kSettingsFile, file);
+    Bytes image = defaultImage(maldor);
+    std::copy_n(file.begin(), std::min(file.size(), image.size()), image.begin());
+    const auto word = [&image](size_t at) { return static_cast<int32_t>(wordAt(image, at)); };
+    const bool isShort = file.size() < image.size();
+    const bool isNewer = wordAt(image, 0) > (maldor ? 6 : 3);
+    Lines log = logged(maldor,
+                       isShort   ? kShort
+                       : isNewer ? kNewer
+                                 : kNothing,
+                       "(file is version " + std::to_string(word(0)) +
+                               " current service version is " + (maldor ? "6)" : "3)"));
+    std::string story = "S185100 C0 C1 C2";
+    const char* const kStems[] = {"speaker_", "lineout_", "bluetooth_"};
+    for (size_t route = 0; route < 3; ++route) {
+        std::string name = kStems[route] + std::to_string(wordAt(image, 12 + 4 * route));
+        if (name == "lineout_3" && !maldor) putWord(image, 16, 1), name = "lineout_1";
+        if (route == 0 && word(4) == 0) name = "speaker_off";
+        if (maldor || exists("/etc/zyl/" + name)) {
+            story += " W" + std::to_string(route) + " a";
+        } else {
+            log.push_back(
+                    "6 ZylcsToQuorinConv: int zylDriver::LoadParamBlock(zylQuorinPipelineCtrl &, "
+                    "CacheBlockType, std::string): Tuning file cannot be opened [/etc/zyl/" +
+                    name + "]");
+        }
+    }
+    android::sp<zyl_kwo_service> service = new zyl_kwo_service;
+    EXPECT_EQ(phone.log(), log);
+    EXPECT_EQ(phone.story(), story + " a");
+
+    const auto expectReply = [&](uint32_t code, const Words& arguments, const Words& reply) {
+        EXPECT_EQ(transact(*service, code, arguments), (Answer{android::NO_ERROR, reply})) << code;
+    };
+    expectReply(2, {}, {word(4)});
+    expectReply(4, {}, {0, word(8)});
+    expectReply(13, {}, {0, word(4) != 0 ? word(64) : 0});
+    for (int band = 0; band < 10; ++band) expectReply(8, {band}, {0, word(24 + 4 * band) & 0xFFFF});
+    for (int route = 0; route < 3; ++route) {
+        expectReply(6, {route}, maldor ? Words{-9, 0} : Words{0, word(12 + 4 * route)});
+    }
+    if (maldor) expectReply(30, {}, {0, word(256), word(260), word(264), word(268)});
+    const std::tuple<uint32_t, int, size_t> kNames[] = {{24, 1, 68},  {24, 2, 105}, {28, 0, 142},
+                                                        {26, 1, 179}, {26, 2, 216}, {21, 0, 273},
+                                                        {22, 0, 310}};
+    for (const auto& [code, index, offset] : kNames) {
+        if (!maldor) break;
+        // 36 characters at most, whether or not a NUL follows them.
+        const auto* text = reinterpret_cast<const char*>(&image[offset]);
+        EXPECT_STREQ(reinterpret_cast<const char*>(&transact(*service, code, {index}).words.at(2)),
+                     std::string(text, strnlen(text, 36)).c_str());
+    }
+    // Nothing is saved before something is set, or the service ends.
+    EXPECT_EQ(readFile(kSettingsFile), file);
+    service.clear();
+    EXPECT_EQ(readFile(kSettingsFile), image);
+    EXPECT_FALSE(exists(kTemporaryFile));
+}
+
 }  // namespace
 
-// What a file holds is taken over as far as it goes, and comes back with the next save.
-TEST(SettingsFile, LoadingTakesOverWhatIsThere) {
-    struct {
-        bool maldor;
-        int size;  // -1: no file
-        uint32_t version;
-        Problem problem;
-    } const kCases[] = {
-            {false, -1, 0, kMissing}, {false, 0, 0, kShort},    {false, 3, 0, kShort},
-            {false, 40, 3, kShort},   {false, 67, 4, kShort},   {false, 68, 3, kNothing},
-            {false, 68, 2, kNothing}, {false, 68, 4, kNewer},   {false, 69, 3, kNothing},
-            {false, 348, 6, kNewer},  {true, -1, 0, kMissing},  {true, 68, 3, kShort},
-            {true, 347, 7, kShort},   {true, 348, 6, kNothing}, {true, 348, 7, kNewer},
-            {true, 348, ~0u, kNewer}, {true, 400, 5, kNothing},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << c.maldor << " " << c.size << " " << c.version);
-        Phone phone;
-        const Bytes file = fileOf(c.size, c.version);
-        if (c.size >= 0) writeFile(kSettingsFile, file);
-        std::unique_ptr<zylSettingsStruct> settings = std::make_unique<zylSettingsStructTorvane>();
-        if (c.maldor) settings = std::make_unique<zylSettingsStructMaldor>();
-        settings->LoadStruct();
-        const std::string version = std::to_string(static_cast<int32_t>(c.version));
-        EXPECT_EQ(phone.log(),
-                  logged(c.maldor, c.problem,
-                         "(file is version " + version + " current service version is " +
-                                 (c.maldor ? "6)" : "3)")));
-        // Only Maldor makes up for a missing file at once.
-        EXPECT_EQ(exists(kSettingsFile), c.size >= 0 || c.maldor);
-
-        Bytes expected = defaultImage(c.maldor);
-        std::copy_n(file.begin(), std::min(file.size(), expected.size()), expected.begin());
-        settings->SaveStruct();
-        EXPECT_EQ(readFile(kSettingsFile), expected);
-        EXPECT_FALSE(exists(kTemporaryFile));
+// Every length up to more than the whole, of other values than the defaults, in an older, the
+// current and a newer version; and every bit of a good file the wrong way round.
+TEST(SettingsFile, WhateverItHoldsIsTakenOverAsFarAsItGoes) {
+    for (bool maldor : {false, true}) {
+        const Bytes good = defaultImage(maldor);
+        for (size_t offset = 0; offset <= good.size(); offset += 4) {
+            Phone phone;
+            maldor ? phone.installMaldor() : phone.installTorvane();
+            remove("/etc/zyl/lineout_3");
+            writeFile(kMaskFile, std::string("2,131084,1008"));
+            for (size_t size = offset; size < offset + 4; ++size) {
+                SCOPED_TRACE(testing::Message() << "size " << size << " maldor " << maldor);
+                const uint32_t version = maldor ? 5 : 2;
+                expectTakenOver(phone, maldor, fileOf(size, version + offset / 4 % 3));
+            }
+            for (size_t bit = 8 * offset; bit < 8 * std::min(offset + 4, good.size()); ++bit) {
+                SCOPED_TRACE(testing::Message() << "bit " << bit << " maldor " << maldor);
+                Bytes flipped = good;
+                flipped[bit / 8] ^= static_cast<uint8_t>(1 << bit % 8);
+                expectTakenOver(phone, maldor, flipped);
+            }
+        }
     }
 }
 
@@ -122,6 +169,40 @@ TEST(SettingsFile, AFailedSaveLeavesTheOldFile) {
         EXPECT_EQ(readFile(kSettingsFile), c.problem == kNothing ? defaultImage(false) : old);
         EXPECT_EQ(phone.log(), logged(false, c.problem));
         EXPECT_EQ(exists(kTemporaryFile), c.directory == kTemporaryFile);
+    }
+}
+
+// What is folded into a record that is too short, or not there, fails and leaves it alone, and so
+// does what leads to loading it.
+TEST(SettingsFile, ARecordThatIsTooShortIsSkippedAndNotFoldedInto) {
+    std::vector<int> sizes = {-1, 1, 448, 451, 452, 61699, 61700, 61701};
+    for (int size = 0; size < 61700; size += 1999) sizes.push_back(size);
+    for (int size : sizes) {
+        for (const std::string name : {"current_lineout", "current_speaker_off"}) {
+            SCOPED_TRACE(name + " " + std::to_string(size));
+            Phone phone;
+            phone.installMaldor();
+            Bytes record = tuningImage(name);
+            record.resize(static_cast<size_t>(std::max(size, 0)));
+            const std::string path = kMaldorTuningDirectory + name;
+            size < 0 ? static_cast<void>(remove(path.c_str())) : writeFile(path, record);
+            const android::sp<zyl_kwo_service> service = new zyl_kwo_service;
+            const bool whole = size >= 61700;
+            const bool lineout = name == "current_lineout";
+            EXPECT_THAT(phone.story(),
+                        testing::EndsWith(whole || !lineout ? "W0 a W1 a W2 a a" : "W0 a W2 a a"));
+            const char* const kCalls[] = {"19 5 825058377 0 4 0", "23 1 5 825058377 0 4 0",
+                                          "25 2 5 825058377 0 4 0", "27 5 825058377 0 4 0",
+                                          "29 0 0 0 0"};
+            service->setEnabled(0);
+            for (const std::string call : kCalls) {
+                const bool meant = lineout == (call[0] == '2');
+                const char* const failure = size < 0 || !lineout ? " : -2" : " : -4";
+                expectReplies(*service, {(call + (whole || !meant ? " : 0" : failure)).c_str()});
+            }
+            expectReplies(*service, {"31 : 0"});
+            EXPECT_TRUE(whole || readFile(path) == record);
+        }
     }
 }
 

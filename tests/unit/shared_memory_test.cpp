@@ -20,7 +20,7 @@ struct Shared {
     sp<zyl_kwo_service> service = phone.startTorvane();
 
     explicit Shared(bool file = false)
-        : fd(file ? open("/data", O_RDWR | O_TMPFILE | O_CLOEXEC, 0600)
+        : fd(file ? open("/data/misc/zyl/", O_RDWR | O_TMPFILE | O_CLOEXEC, 0600)
                   : memfd_create("region", MFD_CLOEXEC)) {
         resize(kImageSize);
         android::Parcel data;

@@ -103,38 +103,20 @@ TEST(Start, SavedSettingsAreLaidOverEachBlock) {
     }
 }
 
-TEST(Start, ABlockWithoutItsTuningFileIsSkipped) {
-    Phone phone;
-    phone.installTorvane();
-    writeFile("/etc/zyl/lineout_3", Bytes(kImageSize - 1));
-    remove("/etc/zyl/bluetooth_0");
-    const sp<zyl_kwo_service> service = new zyl_kwo_service;
-    EXPECT_THAT(phone.story(), testing::EndsWith("C2 W0 a a"));
-    EXPECT_THAT(phone.log().back(), testing::EndsWith("[/etc/zyl/bluetooth_0]"));
-}
-
-TEST(Start, LineoutFallsBackToTuningOneUnsavedUntilTheEnd) {
-    Phone phone;
-    phone.installTorvane();
-    remove("/etc/zyl/lineout_3");
-    sp<zyl_kwo_service> service = phone.start();
-    expectBlocks({"speaker_1", "lineout_1", "bluetooth_0"}, {});
-    EXPECT_FALSE(exists(kSettingsFile));
-    service.clear();
-    EXPECT_EQ(wordAt(readFile(kSettingsFile), 16), 1u);
-}
-
 TEST(Start, OffsetsOutsideTheImageAreLeftOut) {
     Phone phone;
     layout().rows[2].offset = -4;
     layout().rows[13].offset = kImageSize - 3;
     layout().rows[3].offset = INT32_MAX;
     layout().rows[27].size = UINT32_MAX;
+    layout().rows[12].offset = kImageSize - 2;
     const sp<zyl_kwo_service> service = phone.startTorvane();
     const Bytes tuning = tuningImage("bluetooth_0");
     Bytes expected = laidOver("bluetooth_0", 2, {}, 0);
     for (size_t offset : {64, 132}) putWord(expected, offset, wordAt(tuning, offset));
     memcpy(&expected[100], &tuning[100], 2);
+    memcpy(&expected[118], &tuning[118], 2);
+    memcpy(&expected[kImageSize - 2], "\0\x10", 2);
     EXPECT_TRUE(deviceCalls().model->block(2) == expected);
 }
 
