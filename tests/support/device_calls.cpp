@@ -70,10 +70,8 @@ void watch(const char* path) {
         return strncmp(path, place, strlen(place)) == 0;
     };
     const auto kPlaces = {"/data/misc/zyl/", "//data//misc//zyl//", "/etc/zyl/", "/dev/", "/run/"};
-    if (current == nullptr) return;
-    if (std::none_of(kPlaces.begin(), kPlaces.end(), holds) || strstr(path, "..")) {
-        ++current->strayOpens;
-    }
+    const bool expected = std::any_of(kPlaces.begin(), kPlaces.end(), holds);
+    if (current != nullptr) current->strayOpens += !expected || strstr(path, "..") != nullptr;
 }
 
 int openAny(const char* path, int flags, mode_t mode) {

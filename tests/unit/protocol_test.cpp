@@ -19,52 +19,45 @@ std::string logged(const std::string& text) {
            text;
 }
 
-// What a code logs when its reply cannot be written. Of the codes without a text, 3 replies
-// nothing, and nobody looks at what 40 and 41 reply; the parcel itself does not tell that 11
-// failed.
+// What a code logs when its reply cannot be written.
 struct Code {
     uint32_t number;
     const char* failure;
-    bool fails;
+    bool fails = true;
 };
 
-const Code kCodes[] = {
-        {1, "Error writing platform info to reply", true},
-        {2, "error writing KWO enabled info to reply", true},
-        {3, nullptr, false},
-        {4, "Error writing KWO get stereo mode reply", true},
-        {5, "Error writing KWO set stereo mode info to reply", true},
-        {6, "error writing KWO getTuning to reply", true},
-        {7, "error writing KWO setTuning info to reply", true},
-        {8, "Error writing KWO get geq gain reply", true},
-        {9, "Error writing KWO set geq gain info to reply", true},
-        {11, nullptr, false},
-        {12, "Error writing KWO set geq enable info to reply", true},
-        {13, "Error writing KWO get geq enable reply", true},
-        {14, "Problem writing GEQ gains, failed transaction", true},
-        {15, "Error writing KWO set geq geq gain all info to reply", true},
-        {19, nullptr, true},
-        {20, nullptr, true},
-        {21, nullptr, true},
-        {22, nullptr, true},
-        {23, nullptr, true},
-        {24, nullptr, true},
-        {25, nullptr, true},
-        {26, nullptr, true},
-        {27, nullptr, true},
-        {28, nullptr, true},
-        {29, "Error writing KWO set listening test result to reply", true},
-        {30, "Error writing KWO set listening test result to reply", true},
-        {31, "Error writing KWO reset listening test result to reply", true},
-        {32, "error writing GET_ACTIVE_ROUTE to reply", true},
-        {40, nullptr, false},
-        {41, nullptr, false},
-        {1001, "error writing KWO get route mask to reply", true},
-        {3002, "error writing into reply", true},
-        {3003, "error writing into reply", true},
-        {3004, "error writing get dB levels, failed transaction", true},
-        {3005, "Error writing KWO set db gain info to reply", true},
-};
+std::vector<Code> allCodes() {
+    std::vector<Code> codes = {
+            {1, "Error writing platform info to reply"},
+            {2, "error writing KWO enabled info to reply"},
+            {4, "Error writing KWO get stereo mode reply"},
+            {5, "Error writing KWO set stereo mode info to reply"},
+            {6, "error writing KWO getTuning to reply"},
+            {7, "error writing KWO setTuning info to reply"},
+            {8, "Error writing KWO get geq gain reply"},
+            {9, "Error writing KWO set geq gain info to reply"},
+            {12, "Error writing KWO set geq enable info to reply"},
+            {13, "Error writing KWO get geq enable reply"},
+            {14, "Problem writing GEQ gains, failed transaction"},
+            {15, "Error writing KWO set geq geq gain all info to reply"},
+            {29, "Error writing KWO set listening test result to reply"},
+            {30, "Error writing KWO set listening test result to reply"},
+            {31, "Error writing KWO reset listening test result to reply"},
+            {32, "error writing GET_ACTIVE_ROUTE to reply"},
+            {1001, "error writing KWO get route mask to reply"},
+            {3002, "error writing into reply"},
+            {3003, "error writing into reply"},
+            {3004, "error writing get dB levels, failed transaction"},
+            {3005, "Error writing KWO set db gain info to reply"},
+    };
+    // Without a text: 3 replies nothing, and nobody looks at what 40 and 41 reply; the parcel
+    // itself does not tell that 11 failed.
+    for (uint32_t code : {3, 11, 40, 41}) codes.push_back({code, nullptr, false});
+    for (uint32_t code = 19; code <= 28; ++code) codes.push_back({code, nullptr});
+    return codes;
+}
+
+const std::vector<Code> kCodes = allCodes();
 
 // The way to the service: not local, so that a proxy is needed, and open to faults.
 class Way : public android::BBinder {
