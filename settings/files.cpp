@@ -40,6 +40,12 @@ bool writeFully(int fd, const void* bytes, size_t size) {
     return true;
 }
 
+// Whether a rename failed on what stands at its target, such as a directory or a file made
+// immutable, and not on the disk.
+bool isInTheWay(int error) {
+    return error == EISDIR || error == EPERM || error == EACCES || error == EROFS || error == EBUSY;
+}
+
 // Without this, the new name may still be lost with the power although the contents are safe.
 bool syncDirectoryOf(const std::string& path) {
     const std::string directory = path.substr(0, path.rfind('/') + 1);
@@ -66,9 +72,10 @@ ReplaceResult replaceFile(const char* path, const void* bytes, size_t size) {
         }
     }
     if (rename(temporary.c_str(), path) != 0) {
-        // What stands at `path` cannot be replaced: a directory, or a file made immutable.
+        const ReplaceResult result =
+                isInTheWay(errno) ? ReplaceResult::kNotOpened : ReplaceResult::kNotWritten;
         unlink(temporary.c_str());
-        return ReplaceResult::kNotOpened;
+        return result;
     }
     return syncDirectoryOf(path) ? ReplaceResult::kReplaced : ReplaceResult::kNotWritten;
 }
