@@ -1,6 +1,5 @@
 #include "tests/support/device_calls.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <linux/android/binder.h>
 #include <linux/memfd.h>
@@ -14,6 +13,12 @@
 #include <cstdio>
 #include <cstring>
 
+#include "tests/support/call_faults.h"
+
+// Where this program's own code lies.
+extern "C" const char __executable_start;
+extern "C" const char etext;
+
 namespace {
 
 enum class Kind : char { kOther, kDsp, kBinder };
@@ -26,8 +31,26 @@ bool isKnown(int fd) {
     return fd >= 0 && fd < kMaxDescriptors;
 }
 
-int openOther(const char* path, int flags, mode_t mode) {
-    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+// Who opened a descriptor: a thread of this program by its number, the platform's libraries, or
+// somebody who never came by here.
+constexpr int kUnknown = 0;
+constexpr int kLibraries = -1;
+std::atomic<int> owners[kMaxDescriptors];
+std::atomic<int> threadCount{0};
+thread_local const int thisThread = ++threadCount;
+
+int callerAt(const void* address) {
+    return address >= &__executable_start && address < &etext ? thisThread : kLibraries;
+}
+
+int owned(int fd, int owner) {
+    if (isKnown(fd)) owners[fd] = owner;
+    return fd;
+}
+
+bool mayClose(int fd, int caller) {
+    const int owner = isKnown(fd) ? owners[fd].exchange(kUnknown) : kUnknown;
+    return owner == caller || (caller == kLibraries && owner == kUnknown);
 }
 
 // A descriptor of its own, so that it can be mixed up with others as a real one can.
@@ -41,6 +64,7 @@ int openAs(Kind kind) {
 
 int openDsp() {
     ++current->opens;
+    if (faultOf(kOpen, kDevicePath) != 0) return -1;
     if (current->missing > 0) {
         --current->missing;
         errno = ENOENT;
@@ -77,10 +101,19 @@ void watch(const char* path) {
 int openAny(const char* path, int flags, mode_t mode) {
     if (strcmp(path, kDevicePath) == 0) return openDsp();
     if (strcmp(path, "/dev/binder") == 0) return openAs(Kind::kBinder);
-    return openOther(path, flags, mode);
+    return openFile(path, flags, mode);
+}
+
+int numberOf(void* cookie) {
+    return static_cast<int>(reinterpret_cast<intptr_t>(cookie));
 }
 
 }  // namespace
+
+long openDescriptors() {
+    return std::count_if(std::begin(owners), std::end(owners),
+                         [](const std::atomic<int>& owner) { return owner > kUnknown; });
+}
 
 DeviceCalls& deviceCalls() {
     return *current;
@@ -99,16 +132,45 @@ int open(const char* path, int flags, ...) {
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
     watch(path);
-    return openAny(path, flags, mode);
+    return owned(openAny(path, flags, mode), callerAt(__builtin_return_address(0)));
 }
 
+int memfd_create(const char* name, unsigned flags) noexcept {
+    const auto fd = static_cast<int>(syscall(SYS_memfd_create, name, flags));
+    return owned(fd, callerAt(__builtin_return_address(0)));
+}
+
+int fcntl(int fd, int command, ...) {
+    va_list arguments;
+    va_start(arguments, command);
+    void* argument = va_arg(arguments, void*);
+    va_end(arguments);
+    const auto result = static_cast<int>(syscall(SYS_fcntl, fd, command, argument));
+    if (command != F_DUPFD && command != F_DUPFD_CLOEXEC) return result;
+    return owned(result, callerAt(__builtin_return_address(0)));
+}
+
+// The C library reads a file with calls of its own, which nobody can stand in for; through a cookie
+// it makes them here.
 FILE* fopen(const char* path, const char* mode) {
-    static const auto next = reinterpret_cast<decltype(&fopen)>(dlsym(RTLD_NEXT, "fopen"));
-    watch(path);
-    return next(path, mode);
+    if (mode[0] != 'r') return fopen64(path, mode);
+    const int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return nullptr;
+    const auto readFrom = [](void* cookie, char* bytes, size_t size) {
+        return read(numberOf(cookie), bytes, size);
+    };
+    const auto closeIt = [](void* cookie) { return close(numberOf(cookie)); };
+    return fopencookie(reinterpret_cast<void*>(intptr_t{fd}), mode,
+                       {readFrom, nullptr, nullptr, closeIt});
 }
 
-FILE* fopen64(const char* path, const char* mode) __attribute__((alias("fopen")));
+// Streams of the C++ library read with read(), and close with the C library.
+FILE* fopen64(const char* path, const char* mode) {
+    const int writing = O_WRONLY | O_CREAT | (mode[0] == 'a' ? O_APPEND : O_TRUNC);
+    watch(path);
+    const int fd = openFile(path, (mode[0] == 'r' ? O_RDONLY : writing) | O_CLOEXEC, 0666);
+    return fd < 0 ? nullptr : fdopen(fd, mode);
+}
 
 int ioctl(int fd, unsigned long request, ...) noexcept {
     va_list arguments;
@@ -118,6 +180,7 @@ int ioctl(int fd, unsigned long request, ...) noexcept {
     const Kind kind = isKnown(fd) ? kinds[fd].load() : Kind::kOther;
     if (kind == Kind::kBinder) return binderRequest(request, argument);
     if (kind == Kind::kOther) return static_cast<int>(syscall(SYS_ioctl, fd, request, argument));
+    if (faultOf(kIoctl, kDevicePath) != 0) return -1;
     const int error = current->model->request(static_cast<uint32_t>(request), argument);
     if (error != 0) errno = error;
     return error == 0 ? 0 : -1;
@@ -126,8 +189,9 @@ int ioctl(int fd, unsigned long request, ...) noexcept {
 int close(int fd) {
     if (fd == 0) ++current->zeroCloses;
     if (isKnown(fd) && kinds[fd].exchange(Kind::kOther) == Kind::kDsp) --current->standing;
+    const bool own = mayClose(fd, callerAt(__builtin_return_address(0)));
     const int result = static_cast<int>(syscall(SYS_close, fd));
-    if (result != 0) ++current->badCloses;
+    if (result != 0 || !own) ++current->badCloses;
     return result;
 }
 

@@ -74,7 +74,7 @@ Phone::Phone() {
 }
 
 Phone::~Phone() {
-    EXPECT_EQ(deviceCalls().badCloses, 0) << "a descriptor was closed that was not open";
+    EXPECT_EQ(deviceCalls().badCloses, 0) << "of a descriptor that was not open, or another's";
     EXPECT_TRUE(deviceCalls().standing == 0 || deviceCalls().opensAsZero);
     EXPECT_EQ(deviceCalls().zeroCloses, 0);
     EXPECT_EQ(deviceCalls().strayOpens, 0) << "a file was opened elsewhere";

@@ -1,0 +1,135 @@
+#include "tests/support/call_faults.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <map>
+#include <new>
+
+namespace {
+
+thread_local Fault* current = nullptr;
+// What the thread has opened since its calls are counted.
+thread_local std::map<int, std::string> files;
+
+int faultOf(Call call, int fd) {
+    const auto file = files.find(fd);
+    return file == files.end() ? 0 : faultOf(call, file->second);
+}
+
+size_t cut(size_t size, int fault) {
+    if (fault == kHalf) return (size + 1) / 2;
+    return fault == kNothing ? 0 : size;
+}
+
+template <typename Buffer>
+ssize_t transfer(Call call, long number, int fd, Buffer buffer, size_t size) {
+    const int fault = faultOf(call, fd);
+    return fault > 0 ? -1 : syscall(number, fd, buffer, cut(size, fault));
+}
+
+// Nobody cuts the power here, and real syncs would be most of the tests' time.
+int pretendToSync(int fd) {
+    return faultOf(kSync, fd) != 0 || fcntl(fd, F_GETFD) < 0 ? -1 : 0;
+}
+
+ssize_t copy(long number, pid_t pid, const iovec* local, const iovec* remote) {
+    const int fault = faultOf(kCopy, "");
+    const iovec shorter = {local->iov_base, cut(local->iov_len, fault)};
+    return fault > 0 ? -1 : syscall(number, pid, &shorter, 1, remote, 1, 0);
+}
+
+}  // namespace
+
+void setFault(Fault* fault) {
+    files.clear();
+    current = fault;
+}
+
+int faultOf(Call call, const std::string& subject) {
+    if (current == nullptr || (current->calls & call) == 0) return 0;
+    const int number = current->reached++;
+    if (number < current->nth || (number > current->nth && !current->lasting)) return 0;
+    if (current->hit == 0) {
+        current->hit = call;
+        current->subject = subject;
+    }
+    errno = std::max(current->error, 0);
+    return current->error;
+}
+
+int openFile(const char* path, int flags, unsigned mode) {
+    const std::string name = path;
+    const bool counted = current != nullptr && name.compare(0, 5, "/run/") != 0;
+    if (counted && faultOf(kOpen, name) != 0) return -1;
+    const int fd = static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+    files.erase(fd);
+    if (counted && fd >= 0) files[fd] = name;
+    return fd;
+}
+
+extern "C" {
+
+ssize_t read(int fd, void* bytes, size_t size) {
+    return transfer(kRead, SYS_read, fd, bytes, size);
+}
+
+ssize_t write(int fd, const void* bytes, size_t size) {
+    return transfer(kWrite, SYS_write, fd, bytes, size);
+}
+
+int fdatasync(int fd) {
+    return pretendToSync(fd);
+}
+
+int fsync(int fd) {
+    return pretendToSync(fd);
+}
+
+int rename(const char* from, const char* to) noexcept {
+    return faultOf(kRename, from) != 0 ? -1 : static_cast<int>(syscall(SYS_rename, from, to));
+}
+
+int unlink(const char* path) noexcept {
+    return faultOf(kUnlink, path) != 0 ? -1 : static_cast<int>(syscall(SYS_unlink, path));
+}
+
+void* mmap(void* place, size_t size, int rights, int flags, int fd, off_t offset) noexcept {
+    if (faultOf(kMap, "") != 0) return MAP_FAILED;
+    return reinterpret_cast<void*>(syscall(SYS_mmap, place, size, rights, flags, fd, offset));
+}
+
+ssize_t process_vm_readv(pid_t pid, const iovec* local, unsigned long, const iovec* remote,
+                         unsigned long, unsigned long) noexcept {
+    return copy(SYS_process_vm_readv, pid, local, remote);
+}
+
+ssize_t process_vm_writev(pid_t pid, const iovec* local, unsigned long, const iovec* remote,
+                          unsigned long, unsigned long) noexcept {
+    return copy(SYS_process_vm_writev, pid, local, remote);
+}
+
+void* __real_calloc(size_t count, size_t size);
+void* __wrap_calloc(size_t count, size_t size);
+void* __real_realloc(void* block, size_t size);
+void* __wrap_realloc(void* block, size_t size);
+void* __real__ZnamRKSt9nothrow_t(size_t size, const std::nothrow_t& tag);
+void* __wrap__ZnamRKSt9nothrow_t(size_t size, const std::nothrow_t& tag);
+
+void* __wrap_calloc(size_t count, size_t size) {
+    return faultOf(kAllocate, "calloc") != 0 ? nullptr : __real_calloc(count, size);
+}
+
+void* __wrap_realloc(void* block, size_t size) {
+    return faultOf(kAllocate, "realloc") != 0 ? nullptr : __real_realloc(block, size);
+}
+
+void* __wrap__ZnamRKSt9nothrow_t(size_t size, const std::nothrow_t& tag) {
+    return faultOf(kAllocate, "new") != 0 ? nullptr : __real__ZnamRKSt9nothrow_t(size, tag);
+}
+}
