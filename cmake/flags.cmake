@@ -20,3 +20,9 @@ add_library(zyl::shipped_flags ALIAS zyl_shipped_flags)
 target_link_libraries(zyl_shipped_flags INTERFACE zyl::flags)
 target_compile_options(zyl_shipped_flags
     INTERFACE -fno-exceptions -fno-rtti -Wconversion -Wold-style-cast -Wshadow)
+
+# What the fuzzer looks for new ways through is what ships, not the lab or the tests.
+option(ZYL_FUZZ "Build for the fuzzer, which clang++ brings along" OFF)
+if(ZYL_FUZZ)
+    target_compile_options(zyl_shipped_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <map>
+#include <mutex>
 #include <new>
 
 namespace {
@@ -21,6 +21,8 @@ int faultOf(Call call, int fd) {
     const auto file = files.find(fd);
     return file == files.end() ? 0 : faultOf(call, file->second);
 }
+
+std::mutex mappingsLock;
 
 size_t cut(size_t size, int fault) {
     if (fault == kHalf) return (size + 1) / 2;
@@ -46,6 +48,11 @@ ssize_t copy(long number, pid_t pid, const iovec* local, const iovec* remote) {
 
 }  // namespace
 
+std::map<char*, size_t>& sharedMappings() {
+    static std::map<char*, size_t> mappings;
+    return mappings;
+}
+
 void setFault(Fault* fault) {
     files.clear();
     current = fault;
@@ -65,7 +72,8 @@ int faultOf(Call call, const std::string& subject) {
 
 int openFile(const char* path, int flags, unsigned mode) {
     const std::string name = path;
-    const bool counted = current != nullptr && name.compare(0, 5, "/run/") != 0;
+    const bool counted =
+            current != nullptr && current->calls != 0 && name.compare(0, 5, "/run/") != 0;
     if (counted && faultOf(kOpen, name) != 0) return -1;
     const int fd = static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
     files.erase(fd);
@@ -101,7 +109,26 @@ int unlink(const char* path) noexcept {
 
 void* mmap(void* place, size_t size, int rights, int flags, int fd, off_t offset) noexcept {
     if (faultOf(kMap, "") != 0) return MAP_FAILED;
-    return reinterpret_cast<void*>(syscall(SYS_mmap, place, size, rights, flags, fd, offset));
+    const long start = syscall(SYS_mmap, place, size, rights, flags, fd, offset);
+    if (start != -1 && flags == MAP_SHARED) {
+        const std::lock_guard<std::mutex> lock(mappingsLock);
+        sharedMappings()[reinterpret_cast<char*>(start)] = size;
+    }
+    return reinterpret_cast<void*>(start);
+}
+
+int munmap(void* place, size_t size) noexcept {
+    auto* start = static_cast<char*>(place);
+    {
+        const std::lock_guard<std::mutex> lock(mappingsLock);
+        std::map<char*, size_t>& mappings = sharedMappings();
+        auto of = mappings.upper_bound(start);
+        if (of != mappings.begin() && start < (--of)->first + of->second) {
+            of->second = static_cast<size_t>(start - of->first);
+            if (of->second == 0) mappings.erase(of);
+        }
+    }
+    return static_cast<int>(syscall(SYS_munmap, place, size));
 }
 
 ssize_t process_vm_readv(pid_t pid, const iovec* local, unsigned long, const iovec* remote,

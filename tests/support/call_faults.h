@@ -4,6 +4,8 @@
 #ifndef ZYL_TESTS_SUPPORT_CALL_FAULTS_H
 #define ZYL_TESTS_SUPPORT_CALL_FAULTS_H
 
+#include <cstddef>
+#include <map>
 #include <string>
 
 enum Call : unsigned {
@@ -38,6 +40,9 @@ struct Fault {
 
 // From here on this thread's calls are counted, and the fault's fail; null ends it.
 void setFault(Fault* fault);
+
+// What is mapped of memory that clients share, address and length.
+std::map<char*, size_t>& sharedMappings();
 
 // For whoever stands in for a call: what it fails with, errno set, or 0.
 int faultOf(Call call, const std::string& subject);

@@ -55,9 +55,10 @@ bool mayClose(int fd, int caller) {
 
 // A descriptor of its own, so that it can be mixed up with others as a real one can.
 int openAs(Kind kind) {
-    const int fd = static_cast<int>(syscall(SYS_memfd_create, "device", MFD_CLOEXEC));
+    static const int memory = static_cast<int>(syscall(SYS_memfd_create, "device", MFD_CLOEXEC));
+    const int fd = static_cast<int>(syscall(SYS_fcntl, memory, F_DUPFD_CLOEXEC, 3));
     // Binder's is mapped.
-    if (!isKnown(fd) || ftruncate(fd, 4 << 20) != 0) return -1;
+    if (!isKnown(fd) || (kind == Kind::kBinder && ftruncate(fd, 4 << 20) != 0)) return -1;
     kinds[fd] = kind;
     return fd;
 }

@@ -4,17 +4,19 @@
 
 #include <algorithm>
 #include <iterator>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "interface/Izyl_kwo_service.h"
 
-// The arguments of a code, a letter each: see writeArgument and kRanges.
-struct TransactionSource::Shape {
-    uint32_t code;
-    const char* arguments;
-};
-
 namespace {
+
+struct Shape {
+    uint32_t code;
+    std::string arguments;
+    std::string reply;
+};
 
 struct Range {
     char kind;
@@ -29,32 +31,47 @@ constexpr Range kRanges[] = {{'s', 0, 1}, {'m', 1, 3},       {'r', 0, 2}, {'t', 
 constexpr uint32_t kLengths[] = {61700, 61699, 65536, 70000, 4096, 0};
 constexpr float kFloats[] = {0.0F, 1.0F, -1.0F, 0.25F, -999.0F, 1e30F};
 
+// A code, its arguments, a letter each as writeArgument and kRanges have them, and its reply, see
+// Transaction; "-" for none.
+constexpr char kShapes[] =
+        "1 s p  2 - ?w  3 s ?  4 - rw  5 m r  6 r rw  7 rt r  8 b rw  9 bg r  10 - -  11 - s  "
+        "12 s r  13 - rw  14 - rwwwwwwwwww  19 BB ?r  20 BB ?r  21 - rn  22 - rn  "
+        "15 gggggggggg r  23 rBB ?r  24 r rn  26 i rn  25 iBB ?r  27 BB ?r  28 - rn  29 ffff r  "
+        "30 - ?rwwww  31 - r  32 x rw  40 x r  41 s r  1001 r rw  3001 D r  3004 - rwwwwwwwwww  "
+        "3005 xxxxxxxxxx r  3002 k r  3003 k r  ";
+
+const std::vector<Shape>& shapes() {
+    static const std::vector<Shape> all = [] {
+        std::istringstream text(kShapes);
+        std::vector<Shape> read;
+        for (Shape s; text >> s.code >> s.arguments >> s.reply;) read.push_back(s);
+        return read;
+    }();
+    return all;
+}
+
 }  // namespace
 
 bool TransactionSource::next(Transaction* transaction) {
-    // Those that the DSP hears nothing of come first: kQuietShapes of them.
-    static constexpr Shape kShapes[] = {
-            {1, "s"},     {2, ""},     {4, ""},     {6, "r"},    {8, "b"},
-            {10, ""},     {11, ""},    {13, ""},    {14, ""},    {21, ""},
-            {22, ""},     {24, "r"},   {26, "i"},   {28, ""},    {30, ""},
-            {32, "x"},    {40, "x"},   {1001, "r"}, {3004, ""},  {3005, "xxxxxxxxxx"},
-            {3, "s"},     {5, "m"},    {7, "rt"},   {9, "bg"},   {12, "s"},
-            {19, "BB"},   {20, "BB"},  {23, "rBB"}, {25, "iBB"}, {27, "BB"},
-            {29, "ffff"}, {31, ""},    {41, "s"},   {3001, "D"}, {15, "gggggggggg"},
-            {3002, "k"},  {3003, "k"},
-    };
     if (mNext == mEnd) return false;
-    Shape shape = kShapes[byte() % std::size(kShapes)];
-    if (rarely()) shape = {word(2) % 5001, "xx"};
-    transaction->code = shape.code;
+    const Shape* shape = &shapes()[byte() % shapes().size()];
+    static const Shape unknown = {0, "xx", "-"};
+    transaction->code = shape->code;
+    if (rarely()) {
+        transaction->code = word(2) % 5001;
+        shape = &unknown;
+    }
+    for (const Shape& s : shapes()) {
+        if (s.code == transaction->code) transaction->reply = s.reply.c_str();
+    }
     android::Parcel& data = transaction->data;
     if (rarely()) {
         if (byte() % 2 != 0) data.writeInterfaceToken(android::String16("zyl.kwo"));
     } else {
         data.writeInterfaceToken(Izyl_kwo_service::descriptor);
     }
-    for (const char* kind = shape.arguments; *kind != '\0'; ++kind) {
-        writeArgument(*kind, transaction);
+    for (char kind : shape->arguments) {
+        if (kind != '-') writeArgument(kind, transaction);
     }
     // Cut off somewhere, but never in the middle of a descriptor.
     if (rarely() && data.objectsCount() == 0) data.setDataSize(byte() % (data.dataSize() + 1));

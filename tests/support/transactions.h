@@ -14,6 +14,10 @@
 struct Transaction {
     uint32_t code = 0;
     android::Parcel data;
+    // What a reply holds: 'r' a result, 'w' any word, 's' a string, 'n' a name behind its length,
+    // 'p' the platform's record; with '?' in front the call may fail instead. "-" for a code that
+    // nobody answers.
+    const char* reply = "-";
     // What the service may keep for good if it takes the call: a region, a blob.
     bool handsRegionOver = false;
     size_t keptBytes = 0;
@@ -26,9 +30,7 @@ class TransactionSource {
         kAnything  // those, too
     };
 
-    // The first byte of a transaction chooses its operation; those that the DSP hears nothing of
-    // are below this. The second, in the form kAnything, makes it another code when it is kOther.
-    static constexpr uint8_t kQuietShapes = 20;
+    // The second byte of a transaction, in the form kAnything, makes it any code when it is this.
     static constexpr uint8_t kOther = 0xFF;
 
     // The bytes are the caller's, as is `region`, a descriptor of memory to hand over.
@@ -39,8 +41,6 @@ class TransactionSource {
     bool next(Transaction* transaction);
 
   private:
-    struct Shape;
-
     uint32_t byte() { return mNext < mEnd ? *mNext++ : 0; }
     uint32_t word(int size);
     bool rarely() { return mForm == kAnything && byte() >= 0xF0; }

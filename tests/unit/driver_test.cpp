@@ -63,19 +63,6 @@ TEST(Driver, ADeviceThatIsNotThereIsTriedTwelveTimes) {
     }
 }
 
-TEST(Driver, DescriptorZeroIsUsedAndNeverClosed) {
-    Started s;
-    deviceCalls().opensAsZero = true;
-    {
-        zylDriver driver;
-        driver.initDriverCache();
-        EXPECT_EQ(driver.configureCacheBlocks(), 0);
-        EXPECT_EQ(driver.sendParamBlock(s.ctrl, kBlockLineout), 0);
-    }
-    EXPECT_EQ(deviceCalls().opens, 1);
-    EXPECT_EQ(deviceCalls().zeroCloses, 0);
-}
-
 TEST(Driver, TheLogTimePropertyLogsNanosecondsOfEachUpload) {
     const std::pair<const char*, bool> kCases[] = {
             {nullptr, false}, {"true", true}, {"trueish", true}, {"tru", false},

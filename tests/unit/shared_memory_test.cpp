@@ -138,23 +138,6 @@ TEST(SharedMemory, AnUnreachablePartOfTheRegionFailsTheCopyAndNothingElse) {
     }
 }
 
-TEST(SharedMemory, AClientThatKeepsResizingItsFileHurtsNobody) {
-    Shared s;
-    std::atomic<bool> done{false};
-    std::thread client([&] {
-        while (!done) {
-            s.resize(0);
-            s.resize(kImageSize);
-        }
-    });
-    for (int i = 0; i < 300; ++i) {
-        EXPECT_THAT(s.service->fetchCacheBlock(i % 3), testing::AnyOf(0, -3));
-        EXPECT_THAT(s.service->pushCacheBlock(i % 3), testing::AnyOf(0, -3));
-    }
-    done = true;
-    client.join();
-}
-
 // A slow block copy keeps nobody waiting who only asks for settings.
 TEST(SharedMemory, GettersAnswerWhileABlockIsCopied) {
     Shared s;
