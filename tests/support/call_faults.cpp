@@ -43,7 +43,7 @@ int pretendToSync(int fd) {
 ssize_t copy(long number, pid_t pid, const iovec* local, const iovec* remote) {
     const int fault = faultOf(kCopy, "");
     const iovec shorter = {local->iov_base, cut(local->iov_len, fault)};
-    return fault > 0 ? -1 : syscall(number, pid, &shorter, 1, remote, 1, 0);
+    return fault > 0 ? -1 : syscall(number, pid, &shorter, 1UL, remote, 1UL, 0UL);
 }
 
 }  // namespace
@@ -109,7 +109,7 @@ int unlink(const char* path) noexcept {
 
 void* mmap(void* place, size_t size, int rights, int flags, int fd, off_t offset) noexcept {
     if (faultOf(kMap, "") != 0) return MAP_FAILED;
-    const long start = syscall(SYS_mmap, place, size, rights, flags, fd, offset);
+    const long start = syscall(SYS_mmap, place, size, long{rights}, long{flags}, long{fd}, offset);
     if (start != -1 && flags == MAP_SHARED) {
         const std::lock_guard<std::mutex> lock(mappingsLock);
         sharedMappings()[reinterpret_cast<char*>(start)] = size;

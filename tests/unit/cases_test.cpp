@@ -272,7 +272,7 @@ class Sweep {
     // The next whole rebuild leaves in the DSP what a fresh start with these settings does.
     // Not after a start that could not prepare the cache itself.
     void checkTheDspComesInStep(const Fault& fault) {
-        if (fault.hit != kIoctl || mOperation == "start") return;
+        if (fault.calls != kIoctl || mOperation == "start") return;
         call(*mService, "41 i32 0");
         std::vector<Bytes> rebuilt;
         for (unsigned block : {0, 1, 2}) rebuilt.push_back(deviceCalls().model->block(block));
