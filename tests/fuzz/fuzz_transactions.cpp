@@ -23,7 +23,7 @@
 #include "lab/journal/journal.h"
 #include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
-#include "tests/support/transactions.h"
+#include "lab/load/transactions.h"
 
 extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile void*, size_t),
                                                          void (*)(const volatile void*));

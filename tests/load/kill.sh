@@ -28,7 +28,7 @@ while [ "$kills" -lt "$wanted" ]; do
     rounds=$((rounds + 1))
     : >/run/journal
     : >/run/log/zyl_kwo_service
-    /tests/zyl_load changing 4 40 >/tmp/out 2>&1 &
+    zyl_load changing 4 40 >/tmp/out 2>&1 &
     kill_often $!
     until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
     wrong="$wrong$(grep '^setting' /tmp/out)"

@@ -1,4 +1,4 @@
-#include "tests/support/transactions.h"
+#include "lab/load/transactions.h"
 
 #include <binder/IBinder.h>
 

@@ -3,8 +3,8 @@
 // with arguments in and around their ranges or with any at all, in whole parcels and in broken
 // ones.
 
-#ifndef ZYL_TESTS_SUPPORT_TRANSACTIONS_H
-#define ZYL_TESTS_SUPPORT_TRANSACTIONS_H
+#ifndef ZYL_LAB_LOAD_TRANSACTIONS_H
+#define ZYL_LAB_LOAD_TRANSACTIONS_H
 
 #include <binder/Parcel.h>
 
@@ -54,4 +54,4 @@ class TransactionSource {
     const int mRegion;
 };
 
-#endif  // ZYL_TESTS_SUPPORT_TRANSACTIONS_H
+#endif  // ZYL_LAB_LOAD_TRANSACTIONS_H

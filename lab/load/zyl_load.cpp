@@ -26,7 +26,7 @@
 #include <vector>
 
 #include "interface/Izyl_kwo_service.h"
-#include "tests/support/transactions.h"
+#include "lab/load/transactions.h"
 
 using android::IBinder;
 using android::Parcel;
@@ -89,7 +89,7 @@ void makeCalls(unsigned seed, unsigned long number, TransactionSource::Form form
         std::generate(std::begin(bytes), std::end(bytes),
                       [&random] { return static_cast<uint8_t>(random() >> 8); });
         // Most calls are quiet, or of other codes: the DSP's node is slow, and users are slower.
-        const bool mayBeLoud = bytes[2] % 32 == 0;
+        const bool mayBeLoud = bytes[2] % (form == TransactionSource::kProper ? 32 : 256) == 0;
         if (form == TransactionSource::kAnything && !mayBeLoud)
             bytes[1] = TransactionSource::kOther;
         TransactionSource source(bytes, sizeof(bytes), form, region);
