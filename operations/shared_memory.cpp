@@ -1,11 +1,14 @@
 // Whole blocks between the DSP and a client's memory.
 
 #include <android/log.h>
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 
 #include "service/process.h"
@@ -27,18 +30,30 @@ bool copyThroughKernel(CopyCall copy, void* own, void* region, size_t size) {
     return copy(getpid(), &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
 }
 
-bool copyFromRegion(void* own, uint8_t* region, size_t size) {
-    if (copyThroughKernel(process_vm_readv, own, region, size)) return true;
-    if (errno != ENOSYS) return false;
-    memcpy(own, region, size);
-    return true;
+// For kernels without those calls: a pipe's ends reach memory through the kernel just the same.
+bool copyThroughPipe(uint8_t* to, const uint8_t* from, size_t size) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) return false;
+    bool copied = true;
+    for (size_t done = 0; copied && done < size; done += PIPE_BUF) {
+        // No more than an empty pipe takes at once.
+        const size_t piece = std::min<size_t>(size - done, PIPE_BUF);
+        copied = write(ends[1], from + done, piece) == static_cast<ssize_t>(piece) &&
+                 read(ends[0], to + done, piece) == static_cast<ssize_t>(piece);
+    }
+    close(ends[0]);
+    close(ends[1]);
+    return copied;
 }
 
-bool copyToRegion(uint8_t* region, void* own, size_t size) {
-    if (copyThroughKernel(process_vm_writev, own, region, size)) return true;
-    if (errno != ENOSYS) return false;
-    memcpy(region, own, size);
-    return true;
+bool copyFromRegion(uint8_t* own, uint8_t* region, size_t size) {
+    return copyThroughKernel(process_vm_readv, own, region, size) ||
+           (errno == ENOSYS && copyThroughPipe(own, region, size));
+}
+
+bool copyToRegion(uint8_t* region, uint8_t* own, size_t size) {
+    return copyThroughKernel(process_vm_writev, own, region, size) ||
+           (errno == ENOSYS && copyThroughPipe(region, own, size));
 }
 
 bool isBlock(int32_t block) {

@@ -141,6 +141,12 @@ int memfd_create(const char* name, unsigned flags) noexcept {
     return owned(fd, callerAt(__builtin_return_address(0)));
 }
 
+int pipe2(int* ends, int flags) noexcept {
+    const auto result = static_cast<int>(syscall(SYS_pipe2, ends, flags));
+    for (int end : {0, 1}) owned(ends[end], callerAt(__builtin_return_address(0)));
+    return result;
+}
+
 int fcntl(int fd, int command, ...) {
     va_list arguments;
     va_start(arguments, command);
