@@ -21,9 +21,9 @@
 
 #include "lab/conversion/layout.h"
 #include "lab/journal/journal.h"
+#include "lab/load/transactions.h"
 #include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
-#include "lab/load/transactions.h"
 
 extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile void*, size_t),
                                                          void (*)(const volatile void*));
