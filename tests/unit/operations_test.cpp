@@ -16,6 +16,9 @@ TEST(SetEnabled, WithoutItsTuningFileItSavesAndWritesNothing) {
     EXPECT_EQ(phone.log(),
               Lines{"6 zyl_kwo_service service: LoadParamBlock returned an error (-4)...."});
     EXPECT_EQ(phone.story(), "");
+    // A rebuild goes on with the other blocks.
+    service->setReloadFlag(0);
+    EXPECT_EQ(phone.story(), "W1 a W2 a a");
 }
 
 TEST(SetTuning, AFileThatCannotBeLoadedRestoresThePreviousNumber) {
@@ -48,12 +51,12 @@ TEST(Operations, RowsOfAnySizeAreWrittenWithZerosBehindTheirValue) {
     const std::string gains = "2003200320032003200320032003200320032003";
     struct {
         uint32_t size;
-        const char* mode;
+        const char *mode, *gain;
         std::string gains;
-    } const kCases[] = {{1, "03", gains.substr(20)},
-                        {2, "0300", gains},
-                        {3, "030000", gains + std::string(20, '0')},
-                        {8, "0300000000000000", ""}};
+    } const kCases[] = {{1, "03", "20", gains.substr(20)},
+                        {2, "0300", "2003", gains},
+                        {3, "030000", "200300", gains + std::string(20, '0')},
+                        {8, "0300000000000000", "2003000000000000", ""}};
     for (const auto& c : kCases) {
         Phone phone;
         setRowSize(layout(), 2, c.size);
@@ -63,6 +66,8 @@ TEST(Operations, RowsOfAnySizeAreWrittenWithZerosBehindTheirValue) {
         phone.story();
         expectReplies(*service, {"5 3 : 0"});
         EXPECT_EQ(phone.story(), std::string("w2.1=") + c.mode + " a w2.2=" + c.mode + " a a");
+        expectReplies(*service, {"9 0 800 : 0"});
+        EXPECT_THAT(phone.story(), testing::StartsWith(std::string("w3.2=") + c.gain + " a "));
         expectReplies(*service, {"15 800 800 800 800 800 800 800 800 800 800 : 0"});
         EXPECT_EQ(wordAt(readFile(kSettingsFile), 60), 800u);
         EXPECT_THAT(phone.story(),
