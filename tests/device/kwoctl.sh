@@ -3,62 +3,10 @@
 # shellcheck source=tests/device/lib.sh
 . /tests/lib.sh
 
-# table: runs the lines STATUS|COMMAND|OUTPUT of standard input, with the errors behind the output; \n
-# ends a line.
-table() {
-    while IFS='|' read -r status command wanted; do
-        # shellcheck disable=SC2086
-        expect_status "kwoctl $command ends with $status" "$status" kwoctl $command
-        expect "kwoctl $command prints" "$(printf '%b' "$wanted")" "$(cat /tmp/out /tmp/err)"
-    done
-}
-
-table <<'END'
-0|get effect stereo tuning.speaker|effect         on\nstereo mode    2\ntuning         speaker 1
-0|--json get|{"generation":"torvane","effect":true,"stereo":2,"tuning":{"speaker":1,"lineout":3,"bluetooth":0},"geq":false,"gains":[4096,4096,4096,4096,4096,4096,4096,4096,4096,4096],"levels":[-80000,-80000,-80000,-80000,-80000,-80000,-80000,-80000,-80000,-80000],"route":"speaker","mask":{"speaker":2,"lineout":131084,"bluetooth":1008},"version":"KwoService=1.0.3.5.0;ConversionLib=3.1.0;QuorinVersion=2.4.1;QuorinDescription=Headphone and speaker effect of this phone;QuorinPlatformVersion=7","platform":"1.0.3.5.0, device type 0"}
-0|disable|effect         off
-0|verify bluetooth|block 2 bluetooth  as it should be, from /etc/zyl/bluetooth_0\n  equaliser: not checked while the effect is off
-0|snapshot /tmp/off|snapshot       to /tmp/off
-0|enable|effect         on
-0|stereo|stereo mode    2
-0|stereo 3|stereo mode    3
-1|stereo 4|kwoctl: stereo: 4 is out of range; it takes a stereo mode: 1, 2 or 3
-2|stereo three|kwoctl: stereo: 'three' is not a stereo mode: 1, 2 or 3
-2|stereo 1 2|kwoctl: usage: kwoctl stereo [1|2|3]
-0|tuning speaker 2|tuning         speaker 2
-0|tuning 2|tuning         bluetooth 0
-1|tuning lineout 7|kwoctl: tuning.lineout: there is no such tuning file (-2); they are in /etc/zyl or /data/misc/zyl
-1|tuning lineout -1|kwoctl: tuning.lineout: -1 is out of range; it takes a tuning number, 0 and up as far as there are tuning files
-2|tuning 3|kwoctl: tuning: '3' is not a route: speaker, lineout or bluetooth
-2|tuning|kwoctl: usage: kwoctl tuning ROUTE [N]
-2|effect maybe|kwoctl: effect: 'maybe' is not on, off or toggle
-0|effect toggle|effect         off
-1|set stereo=1 gains=0,0,0,0,0,0,0,0,0,0 effect=on|kwoctl: gains: 0 is out of range; it takes a gain: 725 to 32767, or like +3dB
-1|set stereo=1 geq=on|kwoctl: geq: the effect is off; first: kwoctl enable
-1|set stereo=1 effect=on tuning.lineout=7|kwoctl: tuning.lineout: there is no such tuning file (-2); they are in /etc/zyl or /data/misc/zyl
-0|get effect stereo|effect         off\nstereo mode    3
-0|set stereo=1 effect=on geq=on gains=725,32767,+3dB,-1.5dB,0dB,-6,4096,4096,4096,4096|effect         on\nstereo mode    1\nequaliser      on\ngains          725 32767 5786 3446 4096 2053 4096 4096 4096 4096
-0|geq toggle --json|{"geq":false,"gains":[725,32767,5786,3446,4096,2053,4096,4096,4096,4096]}
-0|geq toggle --json|{"geq":true,"gains":[725,32767,5786,3446,4096,2053,4096,4096,4096,4096]}
-0|snapshot /tmp/on|snapshot       to /tmp/on
-1|diff /tmp/off /tmp/on|effect            off -> on\nstereo            2 -> 1\ntuning.speaker    1 -> 2\ngeq               (not there) -> on\ngains             4096 4096 4096 4096 4096 4096 4096 4096 4096 4096 -> 725 32767 5786 3446 4096 2053 4096 4096 4096 4096
-0|restore /tmp/off|restored       /tmp/off, 6 steps
-0|enable --wait 1|effect         on
-0|get geq gains|equaliser      on\ngains          4096 4096 4096 4096 4096 4096 4096 4096 4096 4096
-0|restore /tmp/on|restored       /tmp/on, 4 steps
-0|restore /tmp/on|restored       /tmp/on, 0 steps
-2|get nonsense --json --json=|kwoctl: --json=: '--json=' is not an option; see kwoctl help
-2|reload --json|kwoctl: reload: '--json' is not an option of this command
-2|nonsense|kwoctl: nonsense: no such command; see kwoctl help
-0|--version|kwoctl 1.0
-2|raw 5 i32|kwoctl: raw: 'i32' is not a pair of type and value
-0|raw 5 i32 2|    0  0x00000000            0  ....
-0|raw 4 --json|{"words":[0,2]}
-0|raw 29 f 1 f -2.5 f 0 f 1e3|    0  0xfffffff7           -9  ....
-0|raw 3001 fd /tmp/off i32 5|    0  0x00000000            0  ....
-1|raw 999|kwoctl: raw: the service did not take it: UNKNOWN_TRANSACTION
-1|listening-test|kwoctl: listening-test: not available on this device's settings generation (-9); see kwoctl get generation
-END
+head -c 100 /etc/zyl/speaker_0 >/tmp/short
+run_commands /tests/cases/kwoctl_torvane.txt
+expect_status 'kwoctl knows three blocks' 2 kwoctl block fetch 3 /tmp/block
+kwoctl reload >/dev/null
 printf 'stereo 2\n\nlevels 1 2\n' >/tmp/bad
 expect_status 'a faulty snapshot restores nothing' 1 kwoctl restore /tmp/bad
 expect 'and says where' "kwoctl: levels: '1' is not the first of 10 values

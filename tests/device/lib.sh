@@ -124,6 +124,18 @@ run_cases() {
     done <"$1"
 }
 
+# run_commands FILE: runs kwoctl as the lines of the file say, which are
+#     STATUS|COMMAND|OUTPUT
+# with the errors behind the output; \n ends a line.
+run_commands() {
+    while IFS='|' read -r status command wanted; do
+        case $status in '#'*) continue ;; esac
+        # shellcheck disable=SC2086
+        expect_status "kwoctl $command ends with $status" "$status" kwoctl $command
+        expect "kwoctl $command prints" "$(printf '%b' "$wanted")" "$(cat /tmp/out /tmp/err)"
+    done <"$1"
+}
+
 # poke FILE OFFSET HEX...: overwrites bytes of a file.
 poke() {
     poke_file=$1 poke_offset=$2
