@@ -1,18 +1,14 @@
-#include <sys/resource.h>
-#include <sys/stat.h>
-
-#include <csignal>
+#include <cerrno>
 #include <tuple>
 
 #include "settings/settings_struct_maldor.h"
 #include "settings/settings_struct_torvane.h"
+#include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
 
 namespace {
 
-constexpr char kTemporaryFile[] = "/data/misc/zyl/zyl_kwo_settings.tmp";
-
-enum Problem { kNothing, kShort, kNewer, kNotOpened, kNotWritten };
+enum Problem { kNoProblem, kShort, kNewer, kNotOpened, kNotWritten };
 
 Lines logged(bool maldor, Problem problem, const std::string& versions = "") {
     const std::string kTexts[] = {
@@ -23,7 +19,7 @@ Lines logged(bool maldor, Problem problem, const std::string& versions = "") {
             "SaveStruct(): Error while trying to open file for saving ",
             "SaveStruct(): Error writing settings file ...",
     };
-    if (problem == kNothing) return {};
+    if (problem == kNoProblem) return {};
     return {(maldor ? "6 zyl_settings_struct_maldor: virtual void zylSettingsStructMaldor::"
                     : "6 zyl_settings_struct_torvane: virtual void zylSettingsStructTorvane::") +
             kTexts[problem] +
@@ -59,7 +55,7 @@ void expectTakenOver(Phone& phone, bool maldor, const Bytes& file) {
     Bytes image = defaultImage(maldor);
     std::copy_n(file.begin(), std::min(file.size(), image.size()), image.begin());
     const auto word = [&image](size_t at) { return static_cast<int32_t>(wordAt(image, at)); };
-    Problem problem = wordAt(image, 0) > (maldor ? 6 : 3) ? kNewer : kNothing;
+    Problem problem = wordAt(image, 0) > (maldor ? 6 : 3) ? kNewer : kNoProblem;
     if (file.size() < image.size()) problem = kShort;
     Lines log = logged(maldor, problem,
                        "(file is version " + std::to_string(word(0)) +
@@ -137,37 +133,6 @@ TEST(SettingsFile, WhateverItHoldsIsTakenOverAsFarAsItGoes) {
     }
 }
 
-// Whatever keeps a save from being carried out, the old file is still whole.
-TEST(SettingsFile, AFailedSaveLeavesTheOldFile) {
-    struct {
-        const char* directory;  // stands in the way
-        rlim_t largestFile;
-        Problem problem;
-    } const kCases[] = {
-            {kTemporaryFile, RLIM_INFINITY, kNotOpened},
-            {"/elsewhere", 0, kNotWritten},
-            {"/elsewhere", 67, kNotWritten},
-            {"/elsewhere", 68, kNothing},
-    };
-    signal(SIGXFSZ, SIG_IGN);
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << c.directory << " " << c.largestFile);
-        Phone phone;
-        const Bytes old = fileOf(68, 3);
-        writeFile(kSettingsFile, old);
-        ASSERT_EQ(mkdir(c.directory, 0700), 0);
-        rlimit before = {};
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limited = {std::min(c.largestFile, before.rlim_max), before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limited);
-        zylSettingsStructTorvane().SaveStruct();
-        setrlimit(RLIMIT_FSIZE, &before);
-        EXPECT_EQ(readFile(kSettingsFile), c.problem == kNothing ? defaultImage(false) : old);
-        EXPECT_EQ(phone.log(), logged(false, c.problem));
-        EXPECT_EQ(exists(kTemporaryFile), c.directory == kTemporaryFile);
-    }
-}
-
 // What is folded into a record that is too short, or not there, fails and leaves it alone, and so
 // does what leads to loading it.
 TEST(SettingsFile, ARecordThatIsTooShortIsSkippedAndNotFoldedInto) {
@@ -201,35 +166,40 @@ TEST(SettingsFile, ARecordThatIsTooShortIsSkippedAndNotFoldedInto) {
     }
 }
 
-// A record is so large that half of it is written before the disk is full.
-TEST(SettingsFile, ARecordThatDoesNotFitLeavesTheOldOneAndIsLogged) {
-    Phone phone;
-    phone.installMaldor();
-    zylSettingsStructMaldor settings;
-    signal(SIGXFSZ, SIG_IGN);
-    rlimit before = {};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limited = {kImageSize / 2, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limited);
-    uint8_t byte = 0;
-    const zylKwoErrors result = settings.applySpeakerZylcsTuning(true, {&byte, 1, &byte, 0});
-    setrlimit(RLIMIT_FSIZE, &before);
-    EXPECT_EQ(result, -2);
-    EXPECT_TRUE(readFile("/data/misc/zyl/current_speaker_on") == tuningImage("current_speaker_on"));
-    EXPECT_EQ(
-            phone.log(),
-            Lines{"6 zyl_settings_struct_maldor: zylKwoErrors zylSettingsStructMaldor::"
-                  "saveQuorinPipeline(std::string, zylZylcsQuorinPipeLine *): Error writing tuning "
-                  "file ...(file:/data/misc/zyl/current_speaker_on)"});
-}
-
-TEST(SettingsFile, APlaceThatCannotHoldItIsReportedAsNotOpened) {
-    Phone phone;
-    ASSERT_EQ(mkdir(kSettingsFile, 0700), 0);
-    zylSettingsStructTorvane().SaveStruct();
-    EXPECT_FALSE(exists(kTemporaryFile));
-    ASSERT_EQ(rename("/data/misc/zyl", "/data/misc/other"), 0);
-    zylSettingsStructTorvane().SaveStruct();
-    const std::string line = logged(false, kNotOpened)[0];
-    EXPECT_EQ(phone.log(), (Lines{line, line}));
+// The words for it. A record whose place cannot be written counts as saved, without a word.
+TEST(SettingsFile, WhatCannotBeReplacedIsLogged) {
+    const std::string kRecord =
+            "6 zyl_settings_struct_maldor: zylKwoErrors zylSettingsStructMaldor::"
+            "saveQuorinPipeline(std::string, zylZylcsQuorinPipeLine *): Error writing tuning "
+            "file ...(file:/data/misc/zyl/current_speaker_on)";
+    struct {
+        Call call;
+        int error;
+        Problem problem;
+        zylKwoErrors result;
+    } const kCases[] = {
+            {kOpen, EACCES, kNotOpened, kSettingsOk},
+            {kRename, EISDIR, kNotOpened, kSettingsOk},
+            {kRename, EPERM, kNotOpened, kSettingsOk},
+            {kRename, EROFS, kNotOpened, kSettingsOk},
+            {kRename, EBUSY, kNotOpened, kSettingsOk},
+            {kRename, EIO, kNotWritten, kSettingsFileFailed},
+            {kWrite, ENOSPC, kNotWritten, kSettingsFileFailed},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(testing::Message() << c.call << " " << c.error);
+        Phone phone;
+        phone.installMaldor();
+        zylSettingsStructMaldor settings;
+        Fault fault = {c.call, c.call == kOpen ? 1 : 0, c.error};
+        uint8_t byte = 0;
+        setFault(&fault);
+        EXPECT_EQ(settings.applySpeakerZylcsTuning(true, {&byte, 1, &byte, 0}), c.result);
+        fault = {c.call, 0, c.error};
+        zylSettingsStructTorvane().SaveStruct();
+        setFault(nullptr);
+        Lines expected = logged(false, c.problem);
+        if (c.result != kSettingsOk) expected.insert(expected.begin(), kRecord);
+        EXPECT_EQ(phone.log(), expected);
+    }
 }
