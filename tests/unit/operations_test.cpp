@@ -75,39 +75,55 @@ TEST(Operations, RowsOfAnySizeAreWrittenWithZerosBehindTheirValue) {
     }
 }
 
+// A reply of the audio system has to fit as a whole, though what precedes the key is not copied.
 TEST(VersionString, JoinsWhatIsKnownAndKeepsTheSeparators) {
-    const std::string longest = "QuorinDescription=" + std::string(2071 - 18, 'd');
     const std::string head = "KwoService=1.0.3.5.0";
+    const std::string version = "QuorinVersion=" + std::string(23, 'v');
+    const std::string text = "QuorinDescription=" + std::string(2071 - 18, 'd');
+    const std::string platform(39, 'p');
+    const auto refused = [](const std::string& name, const std::string& subject, int size) {
+        return "6 ZylcsToQuorinConv: int zylDriver::getQuorin" + name +
+               "(char *, unsigned int): cannot copy " + subject +
+               ". min value of 'size' should be " + std::to_string(size);
+    };
+    const Lines missing = {refused("Version", "version info", 0),
+                           refused("Description", "quorin description", 0)};
     struct {
         std::string library;  // empty: it tells no version
-        std::map<std::string, std::string> replies;
+        Lines replies;
         std::string text;
+        Lines log;
     } const kCases[] = {
-            {"4.5", {}, head + ";ConversionLib=4.5;;;"},
-            {"", {}, head + ";;;"},
+            {"4.5", {"", "", ""}, head + ";ConversionLib=4.5;;;", missing},
             {"4.5",
-             {{"QuorinVersion", "x=1;QuorinVersion=2.4"},
-              {"QuorinDescription", longest},
-              {"QuorinPlatformVersion", "7"}},
-             head + ";ConversionLib=4.5;QuorinVersion=2.4;" + longest + ";7"},
-            {"", {{"QuorinDescription", longest + "d"}}, head + ";;;"},
+             {"x;" + version, text, platform},
+             head + ";ConversionLib=4.5;" + version + ";" + text + ";" + platform,
+             {}},
+            {"",
+             {"xy;" + version, text + "d", platform + "p"},
+             head + ";;;",
+             {refused("Version", "version info", 40),
+              refused("Description", "quorin description", 2072),
+              refused("PlatformVersion", "quorin platform version", 40)}},
             // A library with more to say than there is room for.
             {std::string(4000, 'v'),
-             {},
-             head + ";ConversionLib=" + std::string(3071 - 20 - 15, 'v')},
+             {"", "", ""},
+             head + ";ConversionLib=" + std::string(3071 - 20 - 15, 'v'),
+             missing},
     };
     for (const auto& c : kCases) {
         Phone phone;
         layout().version.reset();
         if (!c.library.empty()) layout().version = c.library;
         const sp<zyl_kwo_service> service = phone.startTorvane();
-        Phone::audioReplies() = c.replies;
-        std::vector<char> text(kVersionStringSize, 'x');
-        auto length = static_cast<int32_t>(text.size());
-        EXPECT_EQ(service->getVersionString(text.data(), &length), 0);
-        EXPECT_STREQ(text.data(), c.text.c_str());
+        Phone::audioReplies() = {{"QuorinVersion", c.replies[0]},
+                                 {"QuorinDescription", c.replies[1]},
+                                 {"QuorinPlatformVersion", c.replies[2]}};
+        std::vector<char> reply(kVersionStringSize, 'x');
+        auto length = static_cast<int32_t>(reply.size());
+        EXPECT_EQ(service->getVersionString(reply.data(), &length), 0);
+        EXPECT_STREQ(reply.data(), c.text.c_str());
         EXPECT_EQ(length, static_cast<int32_t>(c.text.size()));
-        EXPECT_EQ(phone.journal(), (Lines{"audio get QuorinVersion", "audio get QuorinDescription",
-                                          "audio get QuorinPlatformVersion"}));
+        EXPECT_EQ(phone.log(), c.log);
     }
 }
