@@ -5,16 +5,9 @@ using android::sp;
 
 namespace {
 
-constexpr char kMissingMasks[] =
-        "6 ZylcsToQuorinConv: void zylDriver::ReadDevicesCSV(): Error while trying to open file "
-        "for "
-        "device mask (file://data//misc//zyl//cache-mask.csv), Using default values";
-
-std::string missingSettings(const std::string& tag, const std::string& name) {
-    return "6 zyl_settings_struct_" + tag + ": virtual void zylSettingsStruct" + name +
-           "::LoadStruct(): Error while trying to open file for loading "
-           "(file://data//misc//zyl//zyl_kwo_settings)";
-}
+const auto kSaysWhatIsMissing =
+        testing::ElementsAre(testing::HasSubstr("open file for loading (file://data//misc//zyl//"),
+                             testing::HasSubstr("open file for device mask (file://data//"));
 
 struct Overlay {
     uint32_t enabled = 1;
@@ -67,7 +60,7 @@ TEST(Start, TorvanePreparesTheCacheAndUploadsItsTunings) {
                 testing::IsSupersetOf({"dsp config block=0 mask=0x2 offset=0" + words,
                                        "dsp config block=1 mask=0x2000c offset=61700" + words,
                                        "dsp config block=2 mask=0x3f0 offset=123400" + words}));
-    EXPECT_EQ(phone.log(), (Lines{missingSettings("torvane", "Torvane"), kMissingMasks}));
+    EXPECT_THAT(phone.log(), kSaysWhatIsMissing);
     expectBlocks({"speaker_1", "lineout_3", "bluetooth_0"}, {});
     // A missing settings file is not made up for until something is saved.
     EXPECT_FALSE(exists(kSettingsFile));
@@ -78,7 +71,7 @@ TEST(Start, MaldorIsPreferredAndWritesItsDefaultSettings) {
     phone.installTorvane();
     phone.installMaldor();
     const sp<zyl_kwo_service> service = new zyl_kwo_service;
-    EXPECT_EQ(phone.log(), (Lines{missingSettings("maldor", "Maldor"), kMissingMasks}));
+    EXPECT_THAT(phone.log(), kSaysWhatIsMissing);
     expectBlocks({"current_speaker_on", "current_lineout", "current_bluetooth"}, {});
     EXPECT_EQ(readFile(kSettingsFile).size(), 348u);
     expectReplies(*service, {"6 0 : -9 0", "7 0 1 : -9", "3 0 :"});
