@@ -29,19 +29,4 @@ expect 'refusals are logged in the words of their place' \
     'ZylcsToQuorinConv E int zylDriver::LoadParamBlock(zylQuorinPipelineCtrl &, CacheBlockType, std::string): Tuning file cannot be opened [/etc/zyl/speaker_9]
 zyl_kwo_service service E virtual status_t Bn_zyl_kwo_service::onTransact(uint32_t, const android::Parcel &, android::Parcel *, uint32_t): Error writing KWO set listening test result to reply' \
     "$(new_log)"
-setprop zyl.kwo.log_time trueish
-reply 5 i32 2 >/dev/null
-expect 'upload times are logged on demand' 2 \
-    "$(new_log | grep -cE '^ZylcsToQuorinConv I system time before sending parameters to driver [0-9]+$')"
-setprop zyl.kwo.log_time ''
-
-run_cases /tests/cases/faults.cases
-while IFS='|' read -r skip wanted; do
-    case $skip in '#'*) continue ;; esac
-    dspctl fail "$skip" 1
-    restart_service
-    dspctl reset
-    expect "a start with request $skip failing goes on and answers" "$wanted 00000000 00000003" \
-        "$(story) $(reply 4)"
-done </tests/cases/starts.txt
 end_of_cases
