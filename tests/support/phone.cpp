@@ -193,17 +193,14 @@ Words wordsOf(const std::string& text) {
 
 }  // namespace
 
-Words replyOf(const std::string& transaction) {
-    return wordsOf(transaction.substr(transaction.find(':') + 1));
-}
-
 void expectReplies(android::IBinder& service, std::initializer_list<const char*> transactions) {
     for (const std::string transaction : transactions) {
-        Words arguments = wordsOf(transaction.substr(0, transaction.find(':')));
+        const size_t colon = transaction.find(':');
+        Words arguments = wordsOf(transaction.substr(0, colon));
         const auto code = static_cast<uint32_t>(arguments.at(0));
         arguments.erase(arguments.begin());
         EXPECT_EQ(transact(service, code, arguments),
-                  (Answer{android::NO_ERROR, replyOf(transaction)}))
+                  (Answer{android::NO_ERROR, wordsOf(transaction.substr(colon + 1))}))
                 << transaction;
     }
 }

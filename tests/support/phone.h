@@ -88,6 +88,5 @@ Answer transact(android::IBinder& service, uint32_t code, const Words& arguments
 
 // Transactions that succeed, each as "CODE ARGUMENTS : REPLY" in words of any base.
 void expectReplies(android::IBinder& service, std::initializer_list<const char*> transactions);
-Words replyOf(const std::string& transaction);
 
 #endif  // ZYL_TESTS_SUPPORT_PHONE_H

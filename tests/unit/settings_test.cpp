@@ -24,23 +24,10 @@ TEST(Settings, WhatIsRefusedIsLoggedAndChangesNothing) {
     zylSettingsStructTorvane t;
     zylSettingsStructMaldor m;
     uint16_t gain = 55;
-    for (uint32_t mode : {0u, 4u, UINT32_MAX}) t.setStereoMode(mode);
-    EXPECT_EQ(t.getStereoMode(), 2u);
-    EXPECT_EQ(t.setTuning(kNoRoute, 5), -1);
-    EXPECT_EQ(t.setTuning(kNegativeRoute, 5), -1);
-    EXPECT_EQ(t.getTuning(kNoRoute), 0xFFFFFFFF);
-    EXPECT_EQ(t.getTuning(kNegativeRoute), 0xFFFFFFFF);
-    EXPECT_EQ(t.getGEQGain(10, gain), -1);
-    EXPECT_EQ(gain, 0);
-    EXPECT_EQ(m.setTuning(kRouteBluetooth, 5), -8);
-    EXPECT_EQ(m.getTuning(kRouteLineout), 0xFFFFFFF8);
-    EXPECT_EQ(m.setGEQGain(3, 4096), -1);
-    m.setGEQEnable(1);
-    EXPECT_EQ(m.setGEQGain(10, 4096), -1);
-    EXPECT_EQ(m.setGEQGain(0, 724), -1);
-    for (zylRoute route : {kNoRoute, kNegativeRoute})
-        EXPECT_EQ(t.getTuningFileName(route, true), "");
-
+    const auto modeAfter = [&t](uint32_t mode) {
+        t.setStereoMode(mode);
+        return t.getStereoMode();
+    };
     const std::string mode = "setStereoMode(uint32_t): stereo mode out of range error, mode tried ";
     const std::string set = "setTuning(zylRoute, uint32_t): ";
     const std::string get = "getTuning(zylRoute): ";
@@ -51,20 +38,33 @@ TEST(Settings, WhatIsRefusedIsLoggedAndChangesNothing) {
     const std::string setGain =
             "setGEQGain(uint32_t, uint16_t): Setting GEQ gain out of range error, band ";
     const std::string noNumbers = "Maldor doesn't support tuning number changes, ";
-    const Lines expected = {
-            torvane("void", mode + "0"),
-            torvane("void", mode + "4"),
-            torvane("void", mode + "-1"),
-            torvane("int32_t", badSet + "3"),
-            torvane("int32_t", badSet + "-1"),
-            torvane("uint32_t", badGet + "3"),
-            torvane("uint32_t", badGet + "-1"),
-            torvane("int32_t", getGain + "10"),
-            maldor("int32_t", set + noNumbers + "HP 5 Route 2"),
-            maldor("uint32_t", get + noNumbers + "Route 1"),
-            maldor("int32_t", setGain + "3"),
-            maldor("int32_t", setGain + "10"),
-            maldor("int32_t", setGain + "0"),
+    struct {
+        int64_t result, expected;
+        std::string logged;
+    } const kCases[] = {
+            {modeAfter(0), 2, torvane("void", mode + "0")},
+            {modeAfter(4), 2, torvane("void", mode + "4")},
+            {modeAfter(UINT32_MAX), 2, torvane("void", mode + "-1")},
+            {t.setTuning(kNoRoute, 5), -1, torvane("int32_t", badSet + "3")},
+            {t.setTuning(kNegativeRoute, 5), -1, torvane("int32_t", badSet + "-1")},
+            {t.getTuning(kNoRoute), UINT32_MAX, torvane("uint32_t", badGet + "3")},
+            {t.getTuning(kNegativeRoute), UINT32_MAX, torvane("uint32_t", badGet + "-1")},
+            {t.getGEQGain(10, gain), -1, torvane("int32_t", getGain + "10")},
+            {m.setTuning(kRouteBluetooth, 5), -8,
+             maldor("int32_t", set + noNumbers + "HP 5 Route 2")},
+            {m.getTuning(kRouteLineout), UINT32_MAX - 7,
+             maldor("uint32_t", get + noNumbers + "Route 1")},
+            {m.setGEQGain(3, 4096), -1, maldor("int32_t", setGain + "3")},
+            {(m.setGEQEnable(1), m.setGEQGain(10, 4096)), -1, maldor("int32_t", setGain + "10")},
+            {m.setGEQGain(0, 724), -1, maldor("int32_t", setGain + "0")},
     };
-    EXPECT_EQ(phone.log(), expected);
+    Lines logged;
+    for (const auto& c : kCases) {
+        EXPECT_EQ(c.result, c.expected) << c.logged;
+        logged.push_back(c.logged);
+    }
+    EXPECT_EQ(phone.log(), logged);
+    EXPECT_EQ(gain, 0);
+    for (zylRoute route : {kNoRoute, kNegativeRoute})
+        EXPECT_EQ(t.getTuningFileName(route, true), "");
 }
