@@ -42,9 +42,9 @@ class Blob {
             free(mBytes);
         } else if (mBytes != nullptr) {
             const size_t size = std::max(mArrived, kLeastKept);
+            *mKept += size;
             const void* kept = realloc(mBytes, size);
             static_cast<void>(kept);
-            *mKept += size;
         }
     }  // NOLINT(clang-analyzer-unix.Malloc): that it stays allocated is the point
 
