@@ -1,0 +1,107 @@
+// How long a start takes, and what memory it takes.
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+
+#include "bench/bench.h"
+
+namespace {
+
+// The service's, by its init file.
+constexpr uid_t kUser = 2950;
+constexpr gid_t kGroup = 1005;
+
+[[noreturn]] void become(Target target) {
+    const std::string program = std::string("/system/bin/") + nameOf(target);
+    const std::string log = std::string("/run/log/") + nameOf(target);
+    const int null = open("/dev/null", O_RDWR);
+    const int output = open(log.c_str(), O_WRONLY | O_APPEND | O_CREAT, 0644);
+    dup2(null, 0);
+    dup2(output, 1);
+    dup2(output, 2);
+    close(null);
+    close(output);
+    umask(077);
+    if (setgid(kGroup) != 0 || setuid(kUser) != 0) giveUp("cannot be the service's user");
+    execl(program.c_str(), program.c_str(), nullptr);
+    giveUp("no program %s", program.c_str());
+}
+
+// Returns the microseconds until it was registered.
+double start(Target target, pid_t* process) {
+    constexpr useconds_t kPause = 500;
+    const auto from = Clock::now();
+    const pid_t child = fork();
+    if (child < 0) giveUp("no process");
+    if (child == 0) become(target);
+    *process = child;
+    while (look(target) == nullptr) {
+        if (waitpid(child, nullptr, WNOHANG) != 0) giveUp("%s ended", nameOf(target));
+        usleep(kPause);
+    }
+    return microsecondsSince(from);
+}
+
+void stop(Target target, pid_t process) {
+    kill(process, SIGTERM);
+    waitpid(process, nullptr, 0);
+    while (look(target) != nullptr) usleep(1000);
+}
+
+struct Memory {
+    double proportional = 0;  // kilobytes, as all that follow
+    double unique = 0;
+};
+
+Memory memoryOf(pid_t process) {
+    const std::string path = "/proc/" + std::to_string(process) + "/smaps_rollup";
+    FILE* file = fopen(path.c_str(), "re");
+    if (file == nullptr) giveUp("no %s", path.c_str());
+    Memory memory;
+    char line[256];
+    while (fgets(line, sizeof(line), file) != nullptr) {
+        char key[64];
+        double kilobytes = 0;
+        if (sscanf(line, "%63[^:]: %lf kB", key, &kilobytes) != 2) continue;
+        const std::string name = key;
+        if (name == "Pss") memory.proportional = kilobytes;
+        if (name == "Private_Clean" || name == "Private_Dirty") memory.unique += kilobytes;
+    }
+    fclose(file);
+    if (memory.proportional == 0) giveUp("%s says nothing", path.c_str());
+    return memory;
+}
+
+}  // namespace
+
+void measureStarts(const Effort& effort, pid_t processes[kTargetCount]) {
+    double taken[kTargetCount];
+    // The first start finds no page of its program in memory.
+    for (int round = -1; round < effort.rounds; ++round) {
+        for (int i = 0; i < kTargetCount; ++i) {
+            const auto target = static_cast<Target>((i + round + 1) % kTargetCount);
+            if (round >= 0) stop(target, processes[target]);
+            taken[target] = start(target, &processes[target]);
+        }
+        if (round < 0) continue;
+        sample("start", taken[kService] / 1000, taken[kFloor] / 1000);
+        measureMemory("start", processes);
+    }
+}
+
+void measureMemory(const char* when, const pid_t processes[kTargetCount]) {
+    const Memory service = memoryOf(processes[kService]);
+    const Memory floor = memoryOf(processes[kFloor]);
+    sample((std::string("pss.") + when).c_str(), service.proportional, floor.proportional);
+    sample((std::string("uss.") + when).c_str(), service.unique, floor.unique);
+    // Against itself: whether what it takes grows with the calls it has served.
+    static double warm = 0;
+    if (warm == 0 && std::string(when) == "warm") warm = service.unique;
+    if (std::string(when) == "end") sample("growth", service.unique, warm);
+}
