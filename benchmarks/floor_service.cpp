@@ -26,7 +26,7 @@
 #include <cstring>
 #include <vector>
 
-#include "bench/bench.h"
+#include "benchmarks/bench.h"
 #include "driver/parameter_table.h"
 #include "driver/zyl_convert_api.h"
 #include "driver/zyl_quorin_ioctl.h"

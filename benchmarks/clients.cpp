@@ -5,7 +5,7 @@
 #include <atomic>
 #include <string>
 
-#include "bench/bench.h"
+#include "benchmarks/bench.h"
 #include "interface/Izyl_kwo_service.h"
 
 using android::Parcel;

@@ -1,7 +1,7 @@
 // zyl_bench ROUNDS PERCENT MILLISECONDS: measures the service against the floor, on a phone where
-// neither runs yet. A line "FIGURE SERVICE FLOOR" a round; bench/run makes a table of them.
+// neither runs yet. A line "FIGURE SERVICE FLOOR" a round; ./bench makes a table of them.
 
-#include "bench/bench.h"
+#include "benchmarks/bench.h"
 
 #include <binder/IServiceManager.h>
 #include <sys/mman.h>

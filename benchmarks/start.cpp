@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <string>
 
-#include "bench/bench.h"
+#include "benchmarks/bench.h"
 
 namespace {
 

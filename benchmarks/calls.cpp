@@ -10,7 +10,7 @@
 #include <regex>
 #include <string>
 
-#include "bench/bench.h"
+#include "benchmarks/bench.h"
 #include "interface/Izyl_kwo_service.h"
 
 using android::IBinder;
