@@ -88,6 +88,36 @@ double call(android::IBinder& target, uint32_t code, const android::Parcel& data
     return taken;
 }
 
+namespace {
+
+void runOnPhone(const std::string& command) {
+    if (system(command.c_str()) != 0) giveUp("failed: %s", command.c_str());
+}
+
+// Pipelines from a quarter of the usual size to sixteen times it, of both, started anew for each.
+void measureSizes(const Effort& effort, pid_t* processes) {
+    runOnPhone("truncate -s 1M /etc/zyl/*_*");
+    for (const int kilobytes : {16, 64, 256, 1024}) {
+        runOnPhone("echo pipeline-size " + std::to_string(1024 * kilobytes) +
+                   " >/etc/zyl/conversion.conf");
+        const std::vector<Call> reload = {
+                {"reload." + std::to_string(kilobytes), Izyl_kwo_service::SET_RELOAD_FLAG, {0}, 6}};
+        waitFor(inProcess([&] { restart(processes); }));
+        waitFor(inProcess([&] { prepareCalls(reload); }));
+        waitFor(inProcess([&] { measureCalls(effort, reload); }));
+    }
+    runOnPhone("rm /etc/zyl/conversion.conf");
+}
+
+void measureMaldor(const Effort& effort, pid_t* processes) {
+    runOnPhone("cp /usr/share/zyl/tunings/maldor/* /data/misc/zyl/");
+    waitFor(inProcess([&] { restart(processes); }));
+    waitFor(inProcess([] { prepareCalls(maldorCalls()); }));
+    waitFor(inProcess([&] { measureCalls(effort, maldorCalls()); }));
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
     if (argc != 4) {
         fprintf(stderr, "usage: zyl_bench ROUNDS PERCENT MILLISECONDS\n");
@@ -97,13 +127,13 @@ int main(int argc, char** argv) {
     if (effort.rounds < 1 || effort.percent < 1 || effort.milliseconds < 1) giveUp("no effort");
     auto* processes = static_cast<pid_t*>(sharedMemory(kTargetCount * sizeof(pid_t)));
     waitFor(inProcess([&] { measureStarts(effort, processes); }));
-    waitFor(inProcess(prepareCalls));
-    // Once to have all of their threads and buffers, and again to see whether that is all.
-    for (const char* when : {"warm", "after"}) {
-        waitFor(inProcess([&] { measureCalls(effort); }));
-        measureMemory(when, processes);
-    }
+    waitFor(inProcess([] { prepareCalls(torvaneCalls()); }));
+    waitFor(inProcess([&] { measureCalls(effort, torvaneCalls()); }));
+    measureMemory("warm", processes);
+    waitFor(inProcess([&] { measureWrites(effort); }));
     measureClients(effort);
     measureGettersBesideUploads(effort);
     measureMemory("end", processes);
+    measureSizes(effort, processes);
+    measureMaldor(effort, processes);
 }

@@ -9,15 +9,17 @@
 
 #include <chrono>
 #include <functional>
+#include <string>
 #include <vector>
 
 constexpr char kFloorName[] = "zyl_floor";
 // What clients put in front of each call, of the service and of the floor alike.
 constexpr char kDescriptor[] = "zyl.kwo.Izyl_kwo_service";
 
-// Band and block of those calls that name one.
+// Band, block and listening test of those calls that name one.
 constexpr int kBenchBand = 3;
 constexpr int kBenchBlock = 1;
+constexpr float kBenchTest[] = {1, 2, 3, 4};
 
 // How much is measured.
 struct Effort {
@@ -61,11 +63,24 @@ void writeCall(android::Parcel* data, const std::vector<int32_t>& words);
 
 // start.cpp: starts both, time and again; the last of each goes on.
 void measureStarts(const Effort& effort, pid_t processes[kTargetCount]);
+void restart(pid_t processes[kTargetCount]);
 void measureMemory(const char* when, const pid_t processes[kTargetCount]);
 
-// calls.cpp
-void prepareCalls();
-void measureCalls(const Effort& effort);
+// calls.cpp: calls of one client, one after the other. They change nothing but what they set
+// already, as that is how the floor has it as well.
+struct Call {
+    std::string name;
+    uint32_t code;
+    std::vector<int32_t> words;
+    int repetitions;  // a round
+};
+std::vector<Call> torvaneCalls();
+std::vector<Call> maldorCalls();
+// Readies both for the calls, and gives up where they do not do the same.
+void prepareCalls(const std::vector<Call>& calls);
+void measureCalls(const Effort& effort, const std::vector<Call>& calls);
+// What one of so many settings takes that are set without a pause.
+void measureWrites(const Effort& effort);
 
 // clients.cpp
 void measureClients(const Effort& effort);

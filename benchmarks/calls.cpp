@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <regex>
@@ -21,30 +22,20 @@ namespace {
 
 constexpr char kJournal[] = "/run/journal";
 constexpr size_t kRegionLength = 70000;
+constexpr int32_t kLineout = 1;
 
-struct Call {
-    const char* name;
-    uint32_t code;
-    std::vector<int32_t> words;
-    int repetitions;  // a round
-};
-
-// None of them changes anything but what it sets already: that is how the floor has it as well.
 const std::vector<int32_t> kNeutralGains(kGEQBandCount, 4096);
-const Call kCalls[] = {
-        {"getStereoMode", Izyl_kwo_service::GET_STEREO_MODE, {}, 600},
-        {"getGEQGain", Izyl_kwo_service::GET_GEQ_GAIN, {kBenchBand}, 600},
-        {"getGEQGainAll", Izyl_kwo_service::GET_GEQ_GAIN_ALL, {}, 600},
-        {"getDbLevels", Izyl_kwo_service::GET_DB_LEVELS, {}, 600},
-        {"setStereoMode", Izyl_kwo_service::SET_STEREO_MODE, {2}, 50},
-        {"setGEQGain", Izyl_kwo_service::SET_GEQ_GAIN, {kBenchBand, 4096}, 50},
-        {"setGEQGainAll", Izyl_kwo_service::SET_GEQ_GAIN_ALL, kNeutralGains, 50},
-        {"setEnabled", Izyl_kwo_service::SET_ENABLED, {1}, 25},
-        {"setTuning", Izyl_kwo_service::SET_TUNING, {0, 1}, 25},
-        {"setReloadFlag", Izyl_kwo_service::SET_RELOAD_FLAG, {0}, 25},
-        {"fetchCacheBlock", Izyl_kwo_service::FETCH_CACHE_BLOCK, {kBenchBlock}, 25},
-        {"pushCacheBlock", Izyl_kwo_service::PUSH_CACHE_BLOCK, {kBenchBlock}, 25},
-};
+const Call kSetStereoMode = {"setStereoMode", Izyl_kwo_service::SET_STEREO_MODE, {2}, 16};
+
+// Tuning data in a parcel: a length and as many bytes; then the work area's.
+constexpr int kTuningWords = 1024;
+std::vector<int32_t> accessoryTuning() {
+    std::vector<int32_t> words = {kLineout, 4 * kTuningWords};
+    words.resize(words.size() + kTuningWords, 0x2D2D2D2D);
+    words.push_back(4 * kTuningWords);
+    words.resize(words.size() + kTuningWords);
+    return words;
+}
 
 class Caller {
   public:
@@ -98,10 +89,10 @@ void compare(Caller& caller, const Call& made) {
         journals[i] = takeJournal();
         replies[i].assign(reinterpret_cast<const char*>(reply.data()), reply.dataSize());
     }
-    if (replies[kService] != replies[kFloor]) giveUp("%s: the replies differ", made.name);
+    if (replies[kService] != replies[kFloor]) giveUp("%s: the replies differ", made.name.c_str());
     if (journals[kService] != journals[kFloor]) {
-        giveUp("%s: the service does\n%sthe floor does\n%s", made.name, journals[kService].c_str(),
-               journals[kFloor].c_str());
+        giveUp("%s: the service does\n%sthe floor does\n%s", made.name.c_str(),
+               journals[kService].c_str(), journals[kFloor].c_str());
     }
 }
 
@@ -113,30 +104,83 @@ void measure(Caller& caller, const Call& made, int repetitions, bool floorFirst)
         taken[target].push_back(caller.make(target, made, &reply));
     }
     for (int percent : {50, 99}) {
-        const std::string figure = std::string(made.name) + ".p" + std::to_string(percent);
+        const std::string figure = made.name + ".p" + std::to_string(percent);
         sample(figure.c_str(), quantile(taken[kService], percent / 100.),
                quantile(taken[kFloor], percent / 100.));
     }
 }
 
+// A float travels as its bits.
+int32_t bitsOf(float value) {
+    int32_t bits = 0;
+    memcpy(&bits, &value, sizeof(bits));
+    return bits;
+}
+
 }  // namespace
 
-void prepareCalls() {
+std::vector<Call> torvaneCalls() {
+    return {
+            {"getStereoMode", Izyl_kwo_service::GET_STEREO_MODE, {}, 200},
+            {"getGEQGain", Izyl_kwo_service::GET_GEQ_GAIN, {kBenchBand}, 200},
+            {"getGEQGainAll", Izyl_kwo_service::GET_GEQ_GAIN_ALL, {}, 200},
+            {"getDbLevels", Izyl_kwo_service::GET_DB_LEVELS, {}, 200},
+            kSetStereoMode,
+            {"setGEQGain", Izyl_kwo_service::SET_GEQ_GAIN, {kBenchBand, 4096}, 16},
+            {"setGEQGainAll", Izyl_kwo_service::SET_GEQ_GAIN_ALL, kNeutralGains, 16},
+            {"setEnabled", Izyl_kwo_service::SET_ENABLED, {1}, 6},
+            {"setTuning", Izyl_kwo_service::SET_TUNING, {0, 1}, 6},
+            {"setReloadFlag", Izyl_kwo_service::SET_RELOAD_FLAG, {0}, 6},
+            {"fetchCacheBlock", Izyl_kwo_service::FETCH_CACHE_BLOCK, {kBenchBlock}, 6},
+            {"pushCacheBlock", Izyl_kwo_service::PUSH_CACHE_BLOCK, {kBenchBlock}, 6},
+    };
+}
+
+// The test comes first: from then on tuning data has it applied again.
+std::vector<Call> maldorCalls() {
+    std::vector<int32_t> test;
+    for (float value : kBenchTest) test.push_back(bitsOf(value));
+    return {
+            {"setListeningTestResult", Izyl_kwo_service::SET_LISTENING_TEST_RESULT, test, 6},
+            {"setAccessoryZylcsTuning", Izyl_kwo_service::SET_ACCESSORY_ZYLCS_TUNING,
+             accessoryTuning(), 6},
+    };
+}
+
+void prepareCalls(const std::vector<Call>& calls) {
     Caller caller;
     Parcel reply;
     caller.make(kService, {"", Izyl_kwo_service::SET_GEQ_ENABLE, {1}, 0}, &reply);
     caller.share();
-    for (const Call& made : kCalls) compare(caller, made);
+    for (const Call& made : calls) compare(caller, made);
 }
 
-void measureCalls(const Effort& effort) {
+void measureCalls(const Effort& effort, const std::vector<Call>& calls) {
     Caller caller;
     for (int round = 0; round < effort.rounds; ++round) {
-        for (const Call& made : kCalls) {
+        for (const Call& made : calls) {
             measure(caller, made, std::max(3, made.repetitions * effort.percent / 100),
                     round % 2 != 0);
         }
         // It would fill the phone's memory.
+        if (truncate(kJournal, 0) != 0) giveUp("no journal");
+    }
+}
+
+void measureWrites(const Effort& effort) {
+    Caller caller;
+    Parcel reply;
+    for (int round = 0; round < effort.rounds; ++round) {
+        for (int writes : {1, 10, 100}) {
+            double taken[kTargetCount];
+            for (int i = 0; i < kTargetCount; ++i) {
+                const auto target = static_cast<Target>((i + round) % kTargetCount);
+                const auto from = Clock::now();
+                for (int n = 0; n < writes; ++n) caller.make(target, kSetStereoMode, &reply);
+                taken[target] = microsecondsSince(from) / writes;
+            }
+            sample(("writes." + std::to_string(writes)).c_str(), taken[kService], taken[kFloor]);
+        }
         if (truncate(kJournal, 0) != 0) giveUp("no journal");
     }
 }

@@ -4,9 +4,10 @@
 // no choices and no lock, and looks at no argument. What the service takes longer than this is its
 // own.
 //
-// It answers for one state only, the one that zyl_bench has the service in: Torvane, the effect and
-// the equaliser on, stereo mode 2, neutral gains, the default tunings, no forced mode. For one
-// client at a time, but for what asks: buffers and the temporary file are there once.
+// It answers for the states only that zyl_bench has the service in: the effect and the equaliser
+// on, stereo mode 2, neutral gains, no forced mode, and on Torvane the default tunings, on Maldor
+// a listening test. For one client at a time, but for what asks: buffers and the temporary file are
+// there once.
 
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
@@ -24,6 +25,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <string>
 #include <vector>
 
 #include "benchmarks/bench.h"
@@ -38,11 +41,17 @@ namespace {
 
 constexpr char kDirectory[] = "/data/misc/zyl/";
 constexpr char kSettings[] = "/data/misc/zyl/zyl_floor_settings";
-constexpr char kTemporary[] = "/data/misc/zyl/zyl_floor_settings.tmp";
-constexpr size_t kSettingsSize = 68;
+constexpr size_t kTorvaneSettingsSize = 68;
+constexpr size_t kMaldorSettingsSize = 348;
 constexpr char kOptionalTuning[] = "/etc/zyl/lineout_3";
-constexpr const char* kTunings[kCacheBlockCount] = {"/etc/zyl/speaker_1", kOptionalTuning,
-                                                    "/etc/zyl/bluetooth_0"};
+constexpr const char* kTorvaneTunings[kCacheBlockCount] = {"/etc/zyl/speaker_1", kOptionalTuning,
+                                                           "/etc/zyl/bluetooth_0"};
+constexpr const char* kMaldorTunings[kCacheBlockCount] = {"/data/misc/zyl/current_speaker_on",
+                                                          "/data/misc/zyl/current_lineout",
+                                                          "/data/misc/zyl/current_bluetooth"};
+constexpr size_t kTestStateOffset = 448;
+constexpr uint32_t kTestApplied = 3;
+constexpr int kAccessoryMode = 2;
 constexpr uint32_t kMasks[kCacheBlockCount] = {0x00000002, 0x0002000C, 0x000003F0};
 constexpr uint16_t kNeutral = 4096;
 constexpr uint32_t kStereoMode = 2;
@@ -85,7 +94,11 @@ class Floor : public BBinder {
     void upload(Record& record, int block);
     void announce() { must(AudioSystem::setParameters(0, mAnnouncement) == NO_ERROR, "audio"); }
     void rebuild(int block);
-    void save();
+    void replace(const std::string& path, const void* bytes, size_t size);
+    void save() { replace(kSettings, mSettings.data(), mSettingsSize); }
+    void modifyRecord(int block, const std::function<int32_t(_zylZylcsQuorinPipeLine*)>& modify);
+    void accessory(const Parcel& data);
+    void listeningTest();
     void enable();
     void sendGains(Record& record);
     void share(const Parcel& data);
@@ -94,7 +107,9 @@ class Floor : public BBinder {
 
     const String16 mDescriptor{kDescriptor};
     const String8 mAnnouncement{"ZYL_NEW_PARAM_READY=1"};
-    std::array<uint8_t, kSettingsSize> mSettings = {};
+    std::array<uint8_t, kMaldorSettingsSize> mSettings = {};
+    size_t mSettingsSize = kTorvaneSettingsSize;
+    const char* const* mTunings = kTorvaneTunings;
     Record mImage;
     Record mStereo;
     Record mGain;
@@ -135,11 +150,15 @@ Floor::Floor()
 
 // The files that a start looks at, then all blocks anew.
 void Floor::start() {
-    for (const char* path : {"/data/misc/zyl/current_speaker_on", "/etc/zyl/speaker_0", kSettings,
-                             "/data/misc/zyl/cache-mask.csv"}) {
+    for (const char* path :
+         {kMaldorTunings[0], "/etc/zyl/speaker_0", kSettings, "/data/misc/zyl/cache-mask.csv"}) {
         const int fd = open(path, O_RDONLY | O_CLOEXEC);
         if (fd < 0) continue;
-        if (path == kSettings) must(read(fd, mSettings.data(), kSettingsSize) >= 0, "read");
+        if (path == kSettings) must(read(fd, mSettings.data(), mSettingsSize) >= 0, "read");
+        if (path == kMaldorTunings[0]) {
+            mTunings = kMaldorTunings;
+            mSettingsSize = kMaldorSettingsSize;
+        }
         close(fd);
     }
     _zylZylcsQuorinPipeLineInfo info = {};
@@ -174,24 +193,65 @@ void Floor::upload(Record& record, int block) {
 
 void Floor::rebuild(int block) {
     // Whether the optional tuning is there.
-    if (kTunings[block] == kOptionalTuning) close(open(kOptionalTuning, O_RDONLY | O_CLOEXEC));
-    const int fd = open(kTunings[block], O_RDONLY | O_CLOEXEC);
+    if (mTunings[block] == kOptionalTuning) close(open(kOptionalTuning, O_RDONLY | O_CLOEXEC));
+    const int fd = open(mTunings[block], O_RDONLY | O_CLOEXEC);
     must(read(fd, mImage.payload(), mImage.size()) == static_cast<ssize_t>(mImage.size()),
-         kTunings[block]);
+         mTunings[block]);
     close(fd);
     upload(mImage, block);
 }
 
-void Floor::save() {
-    const int fd = open(kTemporary, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    must(write(fd, mSettings.data(), kSettingsSize) == static_cast<ssize_t>(kSettingsSize) &&
-                 fdatasync(fd) == 0,
-         kTemporary);
+void Floor::replace(const std::string& path, const void* bytes, size_t size) {
+    const std::string temporary = path + ".tmp";
+    const int fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    must(write(fd, bytes, size) == static_cast<ssize_t>(size) && fdatasync(fd) == 0, "write");
     close(fd);
-    must(rename(kTemporary, kSettings) == 0, kSettings);
+    must(rename(temporary.c_str(), path.c_str()) == 0, "rename");
     const int directory = open(kDirectory, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     must(fsync(directory) == 0, kDirectory);
     close(directory);
+}
+
+void Floor::modifyRecord(int block,
+                         const std::function<int32_t(_zylZylcsQuorinPipeLine*)>& modify) {
+    const int fd = open(mTunings[block], O_RDONLY | O_CLOEXEC);
+    must(read(fd, mImage.payload(), mImage.size()) == static_cast<ssize_t>(mImage.size()), "read");
+    close(fd);
+    must(modify(reinterpret_cast<_zylZylcsQuorinPipeLine*>(mImage.payload())) == 0, "conversion");
+    memcpy(mImage.payload() + kTestStateOffset, &kTestApplied, sizeof(kTestApplied));
+    replace(mTunings[block], mImage.payload(), mImage.size());
+}
+
+int32_t applyTest(_zylZylcsQuorinPipeLine* record) {
+    return ZYL_Convert_API_ModifyQuorinPipelineWithListeningTest(
+            kBenchTest[0], kBenchTest[1], kBenchTest[2], kBenchTest[3], record);
+}
+
+// The work area is the library's to write to, so not where it arrived.
+void Floor::accessory(const Parcel& data) {
+    const int32_t block = data.readInt32();
+    const int32_t size = data.readInt32();
+    const void* bytes = data.readInplace(static_cast<size_t>(size));
+    const int32_t workSize = data.readInt32();
+    std::vector<uint8_t> work(static_cast<size_t>(workSize));
+    modifyRecord(block, [&](_zylZylcsQuorinPipeLine* record) {
+        const int32_t result = ZYL_Convert_API_ModifyQuorinPipelineWithAccessoryZylcsTuning(
+                kAccessoryMode, kSampleRate48000, static_cast<const uint8_t*>(bytes), size,
+                work.data(), workSize, record);
+        return result != 0 ? result : applyTest(record);
+    });
+    rebuild(block);
+    announce();
+    save();
+}
+
+void Floor::listeningTest() {
+    for (int block : {1, 2}) modifyRecord(block, applyTest);
+    for (int block : {1, 2}) {
+        rebuild(block);
+        announce();
+    }
+    save();
 }
 
 void Floor::enable() {
@@ -267,6 +327,8 @@ status_t Floor::onTransact(uint32_t code, const Parcel& data, Parcel* reply, uin
             for (int block = 0; block < kCacheBlockCount; ++block) rebuild(block);
             announce();
             break;
+        case Izyl_kwo_service::SET_LISTENING_TEST_RESULT: listeningTest(); break;
+        case Izyl_kwo_service::SET_ACCESSORY_ZYLCS_TUNING: accessory(data); break;
         case Izyl_kwo_service::SET_FILE_DESCRIPTOR: share(data); break;
         case Izyl_kwo_service::FETCH_CACHE_BLOCK: fetch(); break;
         case Izyl_kwo_service::PUSH_CACHE_BLOCK: push(); break;

@@ -95,6 +95,13 @@ void measureStarts(const Effort& effort, pid_t processes[kTargetCount]) {
     }
 }
 
+void restart(pid_t processes[kTargetCount]) {
+    for (int i = 0; i < kTargetCount; ++i) {
+        stop(static_cast<Target>(i), processes[i]);
+        start(static_cast<Target>(i), &processes[i]);
+    }
+}
+
 void measureMemory(const char* when, const pid_t processes[kTargetCount]) {
     const Memory service = memoryOf(processes[kService]);
     const Memory floor = memoryOf(processes[kFloor]);

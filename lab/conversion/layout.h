@@ -2,7 +2,7 @@
 // lie apart from each other, except the ten gains (rows 3 to 12), which lie side by side.
 //
 // On the phone the optional file /etc/zyl/conversion.conf changes it, read once, at first use:
-//     pipeline-size 16384  (at most 131056: image and header go to the DSP in one request)
+//     pipeline-size 16384
 //     row 3 size 4         (rows 3 to 12 all get the size and stay side by side; rows behind
 //                           a row that has grown over them move up)
 //     no-version

@@ -4,6 +4,7 @@
 
 #include <cuse_lowlevel.h>
 #include <fuse_opt.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -25,37 +26,43 @@ void openDevice(fuse_req_t request, fuse_file_info* file) {
     fuse_reply_open(request, file);
 }
 
-void reply(fuse_req_t request, int error, const void* out, size_t size) {
+using CopyCall = ssize_t (*)(pid_t, const iovec*, unsigned long, const iovec*, unsigned long,
+                             unsigned long);
+
+// Copies between `own` and the memory of whoever makes the request, as a driver does; false where
+// it has none.
+bool copy(CopyCall call, fuse_req_t request, void* own, void* theirs, size_t size) {
+    const iovec local = {own, size};
+    const iovec remote = {theirs, size};
+    return call(fuse_req_ctx(request)->pid, &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
+}
+
+// The record is longer than the request's number says, and only its header tells how long. The
+// kernel would bring it, but no more than 128 KB.
+int serve(fuse_req_t request, uint32_t command, void* argument) {
+    const bool reads = command == kRequestReadBlock;
+    ParamBlockHeader header = {};
+    if ((reads || command == kRequestWriteBlock) &&
+        !copy(process_vm_readv, request, &header, argument, sizeof(header))) {
+        return EFAULT;
+    }
+    const size_t size = gDsp.recordSize(command, &header);
+    std::vector<uint8_t> record(std::max(size, sizeof(header)));
+    memcpy(record.data(), &header, sizeof(header));
+    if (!reads && !copy(process_vm_readv, request, record.data(), argument, size)) return EFAULT;
+    const int error = gDsp.request(command, record.data(), record.size());
+    if (error != 0 || !reads) return error;
+    return copy(process_vm_writev, request, record.data(), argument, size) ? 0 : EFAULT;
+}
+
+void serveRequest(fuse_req_t request, int number, void* argument, fuse_file_info*, unsigned,
+                  const void*, size_t, size_t) {
+    const int error = serve(request, static_cast<uint32_t>(number), argument);
     if (error != 0) {
         fuse_reply_err(request, error);
     } else {
-        fuse_reply_ioctl(request, 0, out, size);
+        fuse_reply_ioctl(request, 0, nullptr, 0);
     }
-}
-
-// The record is longer than the request's number says, and only its header tells how long: what is
-// missing is asked for, and the kernel comes back with it. Only the last round reaches the DSP.
-void serve(fuse_req_t request, int number, void* argument, fuse_file_info*, unsigned,
-           const void* in, size_t inSize, size_t outSize) {
-    const auto command = static_cast<uint32_t>(number);
-    const bool reads = command == kRequestReadBlock;
-    const bool hasHeader = reads || command == kRequestWriteBlock;
-    if (hasHeader && inSize < sizeof(ParamBlockHeader)) {
-        const iovec header = {argument, sizeof(ParamBlockHeader)};
-        fuse_reply_ioctl_retry(request, &header, 1, nullptr, 0);
-        return;
-    }
-    const size_t size = gDsp.recordSize(command, static_cast<const ParamBlockHeader*>(in));
-    const iovec whole = {argument, size};
-    const iovec header = {argument, sizeof(ParamBlockHeader)};
-    if (reads ? outSize < size : inSize < size) {
-        fuse_reply_ioctl_retry(request, reads ? &header : &whole, 1, &whole, reads ? 1 : 0);
-        return;
-    }
-    std::vector<uint8_t> record(std::max(size, inSize));
-    if (inSize > 0) memcpy(record.data(), in, inSize);
-    const int error = gDsp.request(command, record.data(), record.size());
-    reply(request, error, record.data(), reads ? size : 0);
 }
 
 std::string answer(const std::string& line) {
@@ -113,7 +120,7 @@ int main(int, char** argv) {
     info.flags = CUSE_UNRESTRICTED_IOCTL;
     cuse_lowlevel_ops operations = {};
     operations.open = openDevice;
-    operations.ioctl = serve;
+    operations.ioctl = serveRequest;
     char foreground[] = "-f";
     char* arguments[] = {argv[0], foreground, nullptr};
     return cuse_lowlevel_main(2, arguments, &info, &operations, nullptr);
