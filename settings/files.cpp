@@ -4,9 +4,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
+#include <cstring>
 #include <mutex>
-#include <string>
 
 namespace {
 
@@ -47,9 +48,12 @@ bool isInTheWay(int error) {
 }
 
 // Without this, the new name may still be lost with the power although the contents are safe.
-bool syncDirectoryOf(const std::string& path) {
-    const std::string directory = path.substr(0, path.rfind('/') + 1);
-    const Descriptor fd(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+// Leaves the directory of `path` in it.
+bool syncDirectoryOf(char* path) {
+    char* const slash = strrchr(path, '/');
+    if (slash == nullptr) return false;
+    slash[1] = '\0';
+    const Descriptor fd(open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     return fd.isOpen() && fsync(fd.get()) == 0;
 }
 
@@ -61,21 +65,23 @@ bool canBeRead(const char* path) {
 
 ReplaceResult replaceFile(const char* path, const void* bytes, size_t size) {
     const std::lock_guard<std::mutex> lock(gReplaceLock);
-    const std::string temporary = std::string(path) + ".tmp";
+    // On the stack: setters save with every call.
+    char temporary[PATH_MAX];
+    const int length = snprintf(temporary, sizeof(temporary), "%s.tmp", path);
+    if (length < 0 || length >= PATH_MAX) return ReplaceResult::kNotOpened;
     {
-        const Descriptor fd(
-                open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+        const Descriptor fd(open(temporary, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
         if (!fd.isOpen()) return ReplaceResult::kNotOpened;
         if (!writeFully(fd.get(), bytes, size) || fdatasync(fd.get()) != 0) {
-            unlink(temporary.c_str());
+            unlink(temporary);
             return ReplaceResult::kNotWritten;
         }
     }
-    if (rename(temporary.c_str(), path) != 0) {
+    if (rename(temporary, path) != 0) {
         const ReplaceResult result =
                 isInTheWay(errno) ? ReplaceResult::kNotOpened : ReplaceResult::kNotWritten;
-        unlink(temporary.c_str());
+        unlink(temporary);
         return result;
     }
-    return syncDirectoryOf(path) ? ReplaceResult::kReplaced : ReplaceResult::kNotWritten;
+    return syncDirectoryOf(temporary) ? ReplaceResult::kReplaced : ReplaceResult::kNotWritten;
 }
