@@ -79,9 +79,11 @@ int32_t zyl_kwo_service::setGEQGainAll(const uint16_t gains[kGEQBandCount]) {
 }
 
 int32_t zyl_kwo_service::getGEQGainAll(uint16_t gains[kGEQBandCount]) {
+    if (mGeneration == kNone) return kZylKwoNotAvailable;
     int32_t result = kZylKwoOk;
-    for (int32_t band = 0; band < kGEQBandCount && result == 0; ++band) {
-        result = getGEQGain(band, &gains[band]);
+    for (uint32_t band = 0; band < kGEQBandCount && result == 0; ++band) {
+        ServiceLock lock(gServiceLock);
+        result = settings().getGEQGain(band, gains[band]);
     }
     return result;
 }

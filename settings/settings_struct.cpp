@@ -50,15 +50,11 @@ zylKwoErrors zylSettingsStruct::setGEQGain(uint32_t band, uint16_t gain) {
     return kSettingsOk;
 }
 
-zylKwoErrors zylSettingsStruct::getGEQGain(uint32_t band, uint16_t& gain) const {
-    if (band >= kBandCount) {
-        gain = 0;
-        logError("virtual int32_t", "getGEQGain(uint32_t, uint16_t &)",
-                 "Getting GEQ gain out of range error, band %d", static_cast<int>(band));
-        return kSettingsBadArgument;
-    }
-    gain = static_cast<uint16_t>(mImage.geqGain[band]);
-    return kSettingsOk;
+zylKwoErrors zylSettingsStruct::refuseToGetGEQGain(uint32_t band, uint16_t& gain) const {
+    gain = 0;
+    logError("virtual int32_t", "getGEQGain(uint32_t, uint16_t &)",
+             "Getting GEQ gain out of range error, band %d", static_cast<int>(band));
+    return kSettingsBadArgument;
 }
 
 void zylSettingsStruct::SetDefaults() {

@@ -43,7 +43,11 @@ class zylSettingsStruct {
     // Bands 0 to 9, gains 725 to 32767. Refused while the equaliser is off.
     zylKwoErrors setGEQGain(uint32_t band, uint16_t gain);
     // Sets `gain` to 0 for a band that does not exist.
-    zylKwoErrors getGEQGain(uint32_t band, uint16_t& gain) const;
+    zylKwoErrors getGEQGain(uint32_t band, uint16_t& gain) const {
+        if (band >= kBandCount) return refuseToGetGEQGain(band, gain);
+        gain = static_cast<uint16_t>(mImage.geqGain[band]);
+        return kSettingsOk;
+    }
 
     void setGEQEnable(uint32_t enable) { mImage.geqEnable = enable; }
     uint32_t getGEQEnable() const { return mImage.geqEnable; }
@@ -75,6 +79,8 @@ class zylSettingsStruct {
             __attribute__((format(printf, 4, 5)));
 
   private:
+    zylKwoErrors refuseToGetGEQGain(uint32_t band, uint16_t& gain) const;
+
     const Generation& mGeneration;
     CommonSettingsImage& mImage;
 };
