@@ -88,7 +88,7 @@ with_lock() {
 build_preset() {
     local preset=$1 directory=$BUILD/$1 platform built_on
     shift
-    platform=$(readlink "$BUILD/sysroot" "$BUILD"/platform/{armhf,native} || true)
+    platform=$(readlink "$BUILD"/{sysroot,platform/{armhf,native},dbus} || true)
     built_on=$(cat "$directory/platform" 2>/dev/null || true)
     if [[ ! -e $directory/build.ninja || $built_on != "$platform" ]]; then
         (cd "$ROOT" && step "configure-$preset" "Configuring the build \"$preset\"" \
