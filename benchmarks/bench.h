@@ -1,4 +1,5 @@
-// What the parts of zyl_bench share with each other and, the names, with the floor.
+// What the parts of zyl_bench share with each other, in part with zyl_dbus_bench and, the names,
+// with the floor.
 
 #ifndef ZYL_BENCH_BENCH_H
 #define ZYL_BENCH_BENCH_H
@@ -61,7 +62,7 @@ double call(android::IBinder& target, uint32_t code, const android::Parcel& data
             android::Parcel* reply);
 void writeCall(android::Parcel* data, const std::vector<int32_t>& words);
 
-// start.cpp: starts both, time and again; the last of each goes on.
+// The rest is zyl_bench's alone. start.cpp: starts both, time and again; the last of each goes on.
 void measureStarts(const Effort& effort, pid_t processes[kTargetCount]);
 void restart(pid_t processes[kTargetCount]);
 void measureMemory(const char* when, const pid_t processes[kTargetCount]);
