@@ -121,10 +121,10 @@ int32_t bitsOf(float value) {
 
 std::vector<Call> torvaneCalls() {
     return {
-            {"getStereoMode", Izyl_kwo_service::GET_STEREO_MODE, {}, 200},
-            {"getGEQGain", Izyl_kwo_service::GET_GEQ_GAIN, {kBenchBand}, 200},
-            {"getGEQGainAll", Izyl_kwo_service::GET_GEQ_GAIN_ALL, {}, 200},
-            {"getDbLevels", Izyl_kwo_service::GET_DB_LEVELS, {}, 200},
+            {"getStereoMode", Izyl_kwo_service::GET_STEREO_MODE, {}, 1000},
+            {"getGEQGain", Izyl_kwo_service::GET_GEQ_GAIN, {kBenchBand}, 1000},
+            {"getGEQGainAll", Izyl_kwo_service::GET_GEQ_GAIN_ALL, {}, 1000},
+            {"getDbLevels", Izyl_kwo_service::GET_DB_LEVELS, {}, 1000},
             kSetStereoMode,
             {"setGEQGain", Izyl_kwo_service::SET_GEQ_GAIN, {kBenchBand, 4096}, 16},
             {"setGEQGainAll", Izyl_kwo_service::SET_GEQ_GAIN_ALL, kNeutralGains, 16},
