@@ -32,7 +32,7 @@ std::vector<double> keepCalling(Go* go, Target target, uint32_t code,
     Parcel first;
     call(*binder, code, data, &first);
     ++go->ready;
-    while (!go->begun) usleep(100);
+    while (!go->begun) usleep(2000);
     std::vector<double> taken;
     while (!go->over) {
         Parcel reply;

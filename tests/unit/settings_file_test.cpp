@@ -1,6 +1,7 @@
 #include <cerrno>
 #include <tuple>
 
+#include "lab/conversion/layout.h"
 #include "settings/settings_struct_maldor.h"
 #include "settings/settings_struct_torvane.h"
 #include "tests/support/call_faults.h"
@@ -163,6 +164,21 @@ TEST(SettingsFile, ARecordThatIsTooShortIsSkippedAndNotFoldedInto) {
             expectReplies(*service, {"31 : 0"});
             EXPECT_TRUE(whole || readFile(path) == record);
         }
+    }
+}
+
+// It came with the file, as none that the library refuses is ever kept.
+TEST(SettingsFile, AListeningTestThatCannotBeAppliedAgainDoesNotCostTheTuning) {
+    Phone phone;
+    phone.installMaldor();
+    for (float first : {1.0F, kFailingTestValue}) {
+        Bytes image = defaultImage(true);
+        image[offsetof(MaldorSettingsImage, listeningTestSet)] = 1;
+        memcpy(&image[offsetof(MaldorSettingsImage, listeningTest)], &first, sizeof(first));
+        writeFile(kSettingsFile, image);
+        expectReplies(*phone.start(), {"23 1 1 65 1 0 : 0"});
+        EXPECT_EQ(wordAt(readFile("/data/misc/zyl/current_lineout"), 448),
+                  first == kFailingTestValue ? 0 : 3);
     }
 }
 

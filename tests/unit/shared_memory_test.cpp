@@ -6,6 +6,7 @@
 #include <atomic>
 #include <thread>
 
+#include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
 
 using android::sp;
@@ -47,14 +48,19 @@ struct Shared {
 
 }  // namespace
 
+// With the kernel's calls for it, and on one that lacks them.
 TEST(SharedMemory, BlocksTravelBothWaysThroughMemoryAndFiles) {
-    for (bool file : {false, true}) {
-        Shared s(file);
+    for (int n = 0; n < 4; ++n) {
+        Shared s(n % 2 != 0);
+        Fault missing = {n < 2 ? 0U : kCopy, 0, ENOSYS, true};
+        setFault(&missing);
         EXPECT_EQ(s.service->fetchCacheBlock(2), 0);
         EXPECT_TRUE(s.get() == deviceCalls().model->block(2));
         s.put(tuningImage("pushed"));
         EXPECT_EQ(s.service->pushCacheBlock(1), 0);
         EXPECT_TRUE(deviceCalls().model->block(1) == tuningImage("pushed"));
+        setFault(nullptr);
+        EXPECT_EQ(missing.reached, n < 2 ? 0 : 2);
         EXPECT_EQ(s.phone.story(), "R2 W1 a a");
     }
 }
@@ -72,11 +78,12 @@ TEST(SharedMemory, ABlockThatDoesNotExistReadsAsZerosAndIsNotPushed) {
     EXPECT_EQ(s.phone.story(), "");
 }
 
-TEST(SharedMemory, ARefusedReadLeavesTheRegionAlone) {
+TEST(SharedMemory, ARefusedRequestLeavesTheRegionAloneAndIsReported) {
     Shared s;
     s.put(tuningImage("before"));
-    deviceCalls().model->fail(0, 1);
+    deviceCalls().model->fail(0, 2);
     EXPECT_EQ(s.service->fetchCacheBlock(0), -3);
+    EXPECT_EQ(s.service->pushCacheBlock(0), -3);
     EXPECT_TRUE(s.get() == tuningImage("before"));
 }
 
