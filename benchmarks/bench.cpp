@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "interface/Izyl_kwo_service.h"
 
@@ -49,11 +50,15 @@ int main(int argc, char** argv) {
     waitFor(inProcess([&] { measureStarts(effort, processes); }));
     waitFor(inProcess([] { prepareCalls(torvaneCalls()); }));
     waitFor(inProcess([&] { measureCalls(effort, torvaneCalls()); }));
-    measureMemory("warm", processes);
     waitFor(inProcess([&] { measureWrites(effort); }));
-    measureClients(effort);
-    measureGettersBesideUploads(effort);
-    measureMemory("end", processes);
+    // Once to have all threads and all memory that so many clients take, then to see whether that
+    // is all.
+    for (const auto& [rounds, when] : {std::pair{1, "warm"}, {effort.rounds, "end"}}) {
+        const Effort part = {rounds, effort.percent, effort.milliseconds};
+        measureClients(part);
+        measureGettersBesideUploads(part);
+        measureMemory(when, processes);
+    }
     measureSizes(effort, processes);
     measureMaldor(effort, processes);
 }

@@ -65,18 +65,23 @@ double gettersPerSecond(Go* go, Target target, int clients, int milliseconds) {
     return go->calls / seconds;
 }
 
-// One client asks, another uploads: what the slowest answers and half the uploads take.
-void besideUploads(Go* go, const char* figure, uint32_t code, const std::vector<int32_t>& words,
-                   int milliseconds) {
+struct Beside {
+    double getter;  // what the slowest of a hundred takes
+    double upload;  // what half of them take
+};
+
+// One client asks, another uploads.
+Beside besideUploads(Go* go, Target target, uint32_t code, const std::vector<int32_t>& words,
+                     int milliseconds) {
     new (go) Go{};
-    const pid_t uploader = inProcess(
-            [&] { go->figure[1] = quantile(keepCalling(go, kService, code, words), 0.5); });
+    const pid_t uploader =
+            inProcess([&] { go->figure[0] = quantile(keepCalling(go, target, code, words), 0.5); });
     const pid_t getter = inProcess([&] {
-        go->figure[0] =
-                quantile(keepCalling(go, kService, Izyl_kwo_service::GET_STEREO_MODE, {}), 0.99);
+        go->figure[1] =
+                quantile(keepCalling(go, target, Izyl_kwo_service::GET_STEREO_MODE, {}), 0.99);
     });
     run(go, {uploader, getter}, milliseconds);
-    sample(figure, go->figure[0], go->figure[1]);
+    return {go->figure[1], go->figure[0]};
 }
 
 }  // namespace
@@ -100,10 +105,21 @@ void measureClients(const Effort& effort) {
 
 void measureGettersBesideUploads(const Effort& effort) {
     auto* go = static_cast<Go*>(sharedMemory(sizeof(Go)));
+    const Call uploads[] = {
+            {"beside.push", Izyl_kwo_service::PUSH_CACHE_BLOCK, {kBenchBlock}, 0},
+            {"beside.setTuning", Izyl_kwo_service::SET_TUNING, {0, 1}, 0},
+    };
     for (int round = 0; round < effort.rounds; ++round) {
-        const int milliseconds = 2 * effort.milliseconds;
-        besideUploads(go, "beside.push", Izyl_kwo_service::PUSH_CACHE_BLOCK, {kBenchBlock},
-                      milliseconds);
-        besideUploads(go, "beside.setTuning", Izyl_kwo_service::SET_TUNING, {0, 1}, milliseconds);
+        for (const Call& upload : uploads) {
+            Beside beside[kTargetCount];
+            for (int i = 0; i < kTargetCount; ++i) {
+                const auto target = static_cast<Target>((i + round) % kTargetCount);
+                beside[target] = besideUploads(go, target, upload.code, upload.words,
+                                               4 * effort.milliseconds);
+            }
+            sample(upload.name.c_str(), beside[kService].getter, beside[kService].upload);
+            sample((upload.name + ".floor").c_str(), beside[kService].getter,
+                   beside[kFloor].getter);
+        }
     }
 }
