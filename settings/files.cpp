@@ -67,8 +67,9 @@ ReplaceResult replaceFile(const char* path, const void* bytes, size_t size) {
     const std::lock_guard<std::mutex> lock(gReplaceLock);
     // On the stack: setters save with every call.
     char temporary[PATH_MAX];
-    const int length = snprintf(temporary, sizeof(temporary), "%s.tmp", path);
-    if (length < 0 || length >= PATH_MAX) return ReplaceResult::kNotOpened;
+    if (snprintf(temporary, sizeof(temporary), "%s.tmp", path) >= PATH_MAX) {
+        return ReplaceResult::kNotOpened;
+    }
     {
         const Descriptor fd(open(temporary, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
         if (!fd.isOpen()) return ReplaceResult::kNotOpened;

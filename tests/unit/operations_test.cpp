@@ -125,5 +125,7 @@ TEST(VersionString, JoinsWhatIsKnownAndKeepsTheSeparators) {
         EXPECT_STREQ(reply.data(), c.text.c_str());
         EXPECT_EQ(length, static_cast<int32_t>(c.text.size()));
         EXPECT_EQ(phone.log(), c.log);
+        char own[40];
+        EXPECT_EQ(zylDriver().getQuorinVersion(own, sizeof(own)), c.log.empty() ? 0 : -7);
     }
 }

@@ -1,4 +1,7 @@
+#include <sys/stat.h>
+
 #include <cerrno>
+#include <filesystem>
 #include <tuple>
 
 #include "lab/conversion/layout.h"
@@ -105,6 +108,11 @@ void expectTakenOver(Phone& phone, bool maldor, const Bytes& file) {
     EXPECT_EQ(readFile(kSettingsFile), file);
     service.clear();
     EXPECT_EQ(readFile(kSettingsFile), image);
+    // Who may read it is up to whoever starts the service.
+    const mode_t mask = umask(0);
+    umask(mask);
+    EXPECT_EQ(std::filesystem::status(kSettingsFile).permissions(),
+              static_cast<std::filesystem::perms>(0666 & ~mask));
 }
 
 }  // namespace
