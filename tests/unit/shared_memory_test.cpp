@@ -128,9 +128,11 @@ TEST(SharedMemory, RegionsTakeUpABoundedPartOfTheAddressSpace) {
 
 TEST(SharedMemory, AnUnreachablePartOfTheRegionFailsTheCopyAndNothingElse) {
     Shared s;
-    for (size_t left : {0, 4096}) {
-        SCOPED_TRACE(left);
-        s.resize(left);
+    for (int n = 0; n < 4; ++n) {
+        SCOPED_TRACE(n);
+        s.resize(n % 2 * 4096);
+        Fault missing = {n < 2 ? 0U : kCopy, 0, ENOSYS, true};
+        setFault(&missing);
         // What an earlier call on this thread left behind must not be taken for this copy's error.
         for (int stale : {0, ENOSYS}) {
             errno = stale;
@@ -138,6 +140,7 @@ TEST(SharedMemory, AnUnreachablePartOfTheRegionFailsTheCopyAndNothingElse) {
             errno = stale;
             EXPECT_EQ(s.service->fetchCacheBlock(5), -3);
         }
+        setFault(nullptr);
         EXPECT_EQ(s.phone.story(), "");
         EXPECT_EQ(s.phone.log(), Lines());
         s.resize(kImageSize);
