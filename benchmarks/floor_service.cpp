@@ -1,8 +1,8 @@
 // zyl_floor: what no service that does this work can do without, and nothing else. For the same
 // calls it gives the same replies, makes the same requests to the DSP and the same calls of the
-// audio system and the file system, all with buffers that are ready beforehand: it has no settings,
-// no choices and no lock, and looks at no argument. What the service takes longer than this is its
-// own.
+// audio system and the file system, with images and records that are ready beforehand: it has no
+// settings, no choices and no lock, and looks at no argument. What the service takes longer than
+// this is its own.
 //
 // It answers for the states only that zyl_bench has the service in: the effect and the equaliser
 // on, stereo mode 2, neutral gains, no forced mode, and on Torvane the default tunings, on Maldor
