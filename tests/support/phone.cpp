@@ -113,12 +113,15 @@ std::map<std::string, std::string>& Phone::audioReplies() {
 
 Lines Phone::journal() {
     std::ifstream file("/run/journal");
+    // Only what is new: a long sweep writes a journal of megabytes.
+    file.seekg(mJournalRead);
     Lines lines;
     std::string line;
-    while (std::getline(file, line)) lines.push_back(line);
-    const auto seen = static_cast<ptrdiff_t>(mJournalSeen);
-    mJournalSeen = lines.size();
-    return Lines(lines.begin() + seen, lines.end());
+    while (std::getline(file, line)) {
+        lines.push_back(line);
+        mJournalRead += static_cast<std::streamoff>(line.size() + 1);
+    }
+    return lines;
 }
 
 Lines Phone::log() {

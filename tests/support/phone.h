@@ -56,7 +56,7 @@ class Phone {
 
   private:
     std::string mRoot;
-    size_t mJournalSeen = 0;
+    std::streamoff mJournalRead = 0;
 };
 
 Bytes tuningImage(const std::string& name);
