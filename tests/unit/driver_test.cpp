@@ -136,3 +136,23 @@ TEST(Driver, ATuningFileLoadsWholeOrNotAtAll) {
         EXPECT_EQ(s.phone.log(), Lines());
     }
 }
+
+TEST(Pipeline, TakesOnlyWhatLiesWhollyInside) {
+    constexpr int64_t kEnd = kImageSize;
+    const std::pair<int64_t, bool> kCases[] = {{-1, false},       {0, true},
+                                               {1, true},         {kEnd - 4, true},
+                                               {kEnd - 3, false}, {1LL << 32, false}};
+    const Bytes word = {1, 2, 3, 4};
+    for (const auto& [offset, taken] : kCases) {
+        zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
+        ctrl.clear();
+        *ctrl.header() = {};
+        Bytes expected(sizeof(ParamBlockHeader) + kImageSize);
+        if (taken) {
+            std::copy(word.begin(), word.end(), &expected[sizeof(ParamBlockHeader) + offset]);
+        }
+        ctrl.put(offset, word.data(), 4);
+        const auto* whole = reinterpret_cast<uint8_t*>(ctrl.header());
+        EXPECT_TRUE(Bytes(whole, whole + expected.size()) == expected) << offset;
+    }
+}
