@@ -148,8 +148,9 @@ zylKwoErrors zylSettingsStructMaldor::applyListeningTest(float a, float b, float
 }
 
 void zylSettingsStructMaldor::resetListeningTest(zylRoute route) {
-    setListeningTestValues(kNoListeningTest, kNoListeningTest, kNoListeningTest, kNoListeningTest);
+    // At no moment a test of these values: tuning data may be applied beside this.
     mImage.listeningTestSet = 0;
+    std::fill(std::begin(mImage.listeningTest), std::end(mImage.listeningTest), kNoListeningTest);
     modifyRecord(getTuningFileName(route, true), [](_zylZylcsQuorinPipeLine* record) {
         setListeningTestState(record, kNoListeningTestApplied);
         return 0;

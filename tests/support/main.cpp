@@ -22,6 +22,7 @@ extern "C" const char* __tsan_default_suppressions();
 extern "C" const char* __tsan_default_suppressions() {
     return "race:zylSettingsStructMaldor::setIdentifier\n"
            "race:zylSettingsStructMaldor::setListeningTestValues\n"
+           "race:zylSettingsStructMaldor::resetListeningTest\n"
            "race:zylSettingsStruct::SaveStruct\n";
 }
 
