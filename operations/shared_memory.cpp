@@ -67,19 +67,27 @@ constexpr size_t kMostMapped = size_t{1} << 30;
 }  // namespace
 
 void* zyl_kwo_service::mapRegion(int fd, size_t size) {
-    void* const region = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-    if (region == MAP_FAILED) return region;
     const auto page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
-    const size_t image = quorinPipelineSize();
-    // Of no use for any copy when it is shorter; and only so much of it is ever used.
-    const size_t used = size < image ? 0 : (image + page - 1) / page * page;
-    if (mMappedBytes.fetch_add(used) + used > kMostMapped) {
-        mMappedBytes -= used;
-        munmap(region, size);
-        errno = ENOMEM;
-        return MAP_FAILED;
+    const auto inPages = [page](size_t bytes) { return (bytes + page - 1) / page * page; };
+    // Counted whole before it is mapped whole: meanwhile others may need address space.
+    size_t mapped = mMappedBytes;
+    do {
+        if (size > kMostMapped - mapped) {
+            errno = ENOMEM;
+            return MAP_FAILED;
+        }
+    } while (!mMappedBytes.compare_exchange_weak(mapped, mapped + inPages(size)));
+    void* const region = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (region == MAP_FAILED) {
+        mMappedBytes -= inPages(size);
+        return region;
     }
-    if (used < size) munmap(static_cast<uint8_t*>(region) + used, size - used);
+    // Of no use for any copy when it is shorter; and only so much of it is ever used.
+    const size_t image = quorinPipelineSize();
+    const size_t used = size < image ? 0 : inPages(image);
+    const size_t unused = inPages(size) - used;
+    if (unused > 0) munmap(static_cast<uint8_t*>(region) + used, unused);
+    mMappedBytes -= unused;
     return used == 0 ? nullptr : region;
 }
 

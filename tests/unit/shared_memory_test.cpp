@@ -116,13 +116,21 @@ TEST(SharedMemory, OnlyARegionOfAWholeImageCounts) {
 TEST(SharedMemory, RegionsTakeUpABoundedPartOfTheAddressSpace) {
     Shared s;
     constexpr int kMost = (1 << 30) / (64 << 10);
-    for (int taken = 1; taken < kMost; ++taken) {
-        ASSERT_EQ(s.service->setFileDescriptor(s.fd, INT32_MAX), 0) << taken;
+    const Lines full = {"6 zyl_kwo_service service: mmap failed! 12, Cannot allocate memory"};
+    // Not even for a moment; what is refused takes nothing.
+    for (int length : {INT32_MAX, 1 << 30, -1}) {
+        EXPECT_EQ(s.service->setFileDescriptor(s.fd, length), -3);
+        EXPECT_EQ(s.phone.log(), full);
     }
+    for (int taken = 1; taken < kMost; ++taken) {
+        EXPECT_EQ(s.service->setFileDescriptor(-1, 1 << 16), -3);
+        EXPECT_EQ(s.service->setFileDescriptor(s.fd, 4096), 0);
+        ASSERT_EQ(s.service->setFileDescriptor(s.fd, 1 << 16), 0) << taken;
+    }
+    s.phone.log();
     EXPECT_EQ(s.service->fetchCacheBlock(0), 0);
     EXPECT_EQ(s.service->setFileDescriptor(s.fd, kImageSize), -3);
-    EXPECT_EQ(s.phone.log(),
-              Lines{"6 zyl_kwo_service service: mmap failed! 12, Cannot allocate memory"});
+    EXPECT_EQ(s.phone.log(), full);
     EXPECT_EQ(s.service->fetchCacheBlock(0), -3000);
 }
 
