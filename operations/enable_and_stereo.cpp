@@ -42,8 +42,8 @@ int32_t zyl_kwo_service::getStereoMode(int32_t* mode) {
 
 int32_t zyl_kwo_service::setStereoMode(int32_t mode) {
     if (mGeneration == kNone) return kZylKwoNotAvailable;
-    if (mode < 1 || mode > 3) return kZylKwoBadArgument;
     ServiceLock lock(gServiceLock);
+    if (mode < 1 || mode > 3) return kZylKwoBadArgument;
     settings().setStereoMode(static_cast<uint32_t>(mode));
     mSettingsHolder->saveSettings();
     const int32_t result =

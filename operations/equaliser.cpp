@@ -42,8 +42,8 @@ int32_t zyl_kwo_service::sendGains(ParameterBuffer& buffer, int32_t row, uint32_
 
 int32_t zyl_kwo_service::setGEQGain(int32_t band, uint16_t gain) {
     if (mGeneration == kNone) return kZylKwoNotAvailable;
-    if (!isBand(band) || !isGEQGain(gain)) return kZylKwoBadArgument;
     ServiceLock lock(gServiceLock);
+    if (!isBand(band) || !isGEQGain(gain)) return kZylKwoBadArgument;
     // Not kept while the equaliser is off, already logged; the DSP hears of it all the same.
     settings().setGEQGain(static_cast<uint32_t>(band), gain);
     mSettingsHolder->saveSettings();
@@ -55,15 +55,15 @@ int32_t zyl_kwo_service::setGEQGain(int32_t band, uint16_t gain) {
 
 int32_t zyl_kwo_service::getGEQGain(int32_t band, uint16_t* gain) {
     if (mGeneration == kNone) return kZylKwoNotAvailable;
-    if (!isBand(band)) return kZylKwoBadArgument;
     ServiceLock lock(gServiceLock);
+    if (!isBand(band)) return kZylKwoBadArgument;
     return settings().getGEQGain(static_cast<uint32_t>(band), *gain);
 }
 
 int32_t zyl_kwo_service::setGEQGainAll(const uint16_t gains[kGEQBandCount]) {
     if (mGeneration == kNone) return kZylKwoNotAvailable;
-    if (!std::all_of(gains, gains + kGEQBandCount, isGEQGain)) return kZylKwoBadArgument;
     ServiceLock lock(gServiceLock);
+    if (!std::all_of(gains, gains + kGEQBandCount, isGEQGain)) return kZylKwoBadArgument;
     for (uint32_t band = 0; band < kGEQBandCount; ++band) {
         const int32_t result = settings().setGEQGain(band, gains[band]);
         if (result != 0) return result;

@@ -3,8 +3,8 @@
 #include "service/zyl_kwo_service.h"
 
 int32_t zyl_kwo_service::getRouteMask(int32_t route, uint32_t* mask) {
-    if (route < 0 || route >= kRouteCount) return kZylKwoBadArgument;
     ServiceLock lock(gServiceLock);
+    if (route < 0 || route >= kRouteCount) return kZylKwoBadArgument;
     *mask = mDriver.getDeviceMask(static_cast<CacheBlockType>(route));
     return kZylKwoOk;
 }

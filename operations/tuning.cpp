@@ -2,16 +2,16 @@
 
 int32_t zyl_kwo_service::getTuning(int32_t route, int32_t* tuning) {
     if (mGeneration != kTorvane) return kZylKwoNotAvailable;
-    if (route < 0 || route >= kRouteCount) return kZylKwoBadArgument;
     ServiceLock lock(gServiceLock);
+    if (route < 0 || route >= kRouteCount) return kZylKwoBadArgument;
     *tuning = static_cast<int32_t>(settings().getTuning(static_cast<zylRoute>(route)));
     return kZylKwoOk;
 }
 
 int32_t zyl_kwo_service::setTuning(int32_t route, int32_t tuning) {
     if (mGeneration != kTorvane) return kZylKwoNotAvailable;
-    if (route < 0 || route >= kRouteCount || tuning < 0) return kZylKwoBadArgument;
     ServiceLock lock(gServiceLock);
+    if (route < 0 || route >= kRouteCount || tuning < 0) return kZylKwoBadArgument;
     const auto zyl = static_cast<zylRoute>(route);
     const auto block = static_cast<CacheBlockType>(route);
     zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);

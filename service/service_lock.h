@@ -6,7 +6,7 @@
 #include <utils/Mutex.h>
 
 // Held by an operation from its first look at the settings to its last request to the DSP, file
-// access included. Not recursive. The operations that run without it say so.
+// access included. Not recursive. zyl_kwo_service.h names the operations that run without it.
 extern android::Mutex gServiceLock;
 
 using ServiceLock = android::Mutex::Autolock;

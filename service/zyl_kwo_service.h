@@ -46,12 +46,13 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     int32_t getGEQGainAll(uint16_t gains[kGEQBandCount]) override;
     int32_t setGEQGainAll(const uint16_t gains[kGEQBandCount]) override;
 
-    // operations/version.cpp; both without the lock.
+    // operations/version.cpp, without the lock.
     int32_t getVersionString(char* text, int32_t* length) override;
     int32_t getPlatformInfo(PlatformInfoRecord* info) override;
     int32_t unsupportedOperation() override;
 
-    // operations/zylcs_tuning.cpp
+    // operations/zylcs_tuning.cpp; without the lock: folding data in, as it may take long,
+    // remembering a name, but for the speaker's, and telling one.
     int32_t setSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize, uint8_t* work,
                                   int32_t workSize) override;
     int32_t setSecondSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize, uint8_t* work,
@@ -70,7 +71,7 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
                                          int32_t* length) override;
     int32_t getMultiChannelRoomZylcsTuningName(char name[kZylcsNameSize], int32_t* length) override;
 
-    // operations/listening_test.cpp
+    // operations/listening_test.cpp; without the lock: folding a test in, remembering and telling it.
     int32_t setListeningTestResult(float a, float b, float c, float d) override;
     int32_t getListeningTestResult(float* a, float* b, float* c, float* d) override;
     int32_t resetListeningTestResult() override;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 #include "settings/settings_struct_maldor.h"
@@ -79,6 +80,30 @@ TEST(Threads, AllOperationsAtOnceKeepTheirDescriptorsAndTheirRecordsApart) {
     bystander.join();
     EXPECT_EQ(phone.log(), Lines());
     EXPECT_THAT(phone.story(), testing::Not(testing::HasSubstr("!")));
+}
+
+// Refused calls, too. If one of the others took the lock, this would never end.
+TEST(Threads, OperationsTakeTurnsButForThoseThatNeedNot) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    std::atomic<int> answered{0};
+    std::vector<std::thread> waiting;
+    {
+        const ServiceLock turn(gServiceLock);
+        for (const char* call :
+             {"5 2 : 0", "4 : 0 2", "5 4 : -1", "6 0 : 0 1", "6 3 : -1 0", "7 0 1 : 0",
+              "7 0 -1 : -1", "8 0 : 0 4096", "8 10 : -1 0", "9 10 4096 : -1", "15 1 : -1",
+              "12 0 : 0", "13 : 0 0", "41 0 : 0", "1001 0 : 0 2", "1001 3 : -1 0", "3005 : 0"}) {
+            waiting.emplace_back([&answered, &service, call] {
+                expectReplies(*service, {call});
+                ++answered;
+            });
+        }
+        expectReplies(*service, {"32 0 : 0 0", "40 1 : 0", "3001 0 0 : -3", "3002 0 : -3000"});
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        EXPECT_EQ(answered, 0);
+    }
+    for (std::thread& call : waiting) call.join();
 }
 
 // One client's tuning data must not undo another's listening test.
