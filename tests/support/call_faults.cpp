@@ -40,10 +40,13 @@ int pretendToSync(int fd) {
     return faultOf(kSync, fd) != 0 || fcntl(fd, F_GETFD) < 0 ? -1 : 0;
 }
 
-ssize_t copy(long number, pid_t pid, const iovec* local, const iovec* remote) {
+// One piece on either side, and no more: what lies behind it is nobody's.
+ssize_t copy(long number, pid_t pid, const iovec* local, unsigned long locals, const iovec* remote,
+             unsigned long remotes, unsigned long flags) {
+    if (locals != 1 || remotes != 1) abort();
     const int fault = faultOf(kCopy, "");
     const iovec shorter = {local->iov_base, cut(local->iov_len, fault)};
-    return fault > 0 ? -1 : syscall(number, pid, &shorter, 1UL, remote, 1UL, 0UL);
+    return fault > 0 ? -1 : syscall(number, pid, &shorter, 1UL, remote, 1UL, flags);
 }
 
 }  // namespace
@@ -131,14 +134,14 @@ int munmap(void* place, size_t size) noexcept {
     return static_cast<int>(syscall(SYS_munmap, place, size));
 }
 
-ssize_t process_vm_readv(pid_t pid, const iovec* local, unsigned long, const iovec* remote,
-                         unsigned long, unsigned long) noexcept {
-    return copy(SYS_process_vm_readv, pid, local, remote);
+ssize_t process_vm_readv(pid_t pid, const iovec* local, unsigned long locals, const iovec* remote,
+                         unsigned long remotes, unsigned long flags) noexcept {
+    return copy(SYS_process_vm_readv, pid, local, locals, remote, remotes, flags);
 }
 
-ssize_t process_vm_writev(pid_t pid, const iovec* local, unsigned long, const iovec* remote,
-                          unsigned long, unsigned long) noexcept {
-    return copy(SYS_process_vm_writev, pid, local, remote);
+ssize_t process_vm_writev(pid_t pid, const iovec* local, unsigned long locals, const iovec* remote,
+                          unsigned long remotes, unsigned long flags) noexcept {
+    return copy(SYS_process_vm_writev, pid, local, locals, remote, remotes, flags);
 }
 
 void* __real_calloc(size_t count, size_t size);
