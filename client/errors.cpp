@@ -13,10 +13,11 @@ struct Meaning {
 };
 
 constexpr Meaning kMeanings[] = {
-        {kZylKwoBadArgument, "a value is out of range", ""},
+        {kZylKwoBadArgument, "a value is out of range, or the DSP refused it", ""},
         {kZylKwoTuningNotLoadable, "there is no such tuning file",
          "; they are in /etc/zyl or /data/misc/zyl"},
-        {kZylKwoUploadFailed, "the DSP did not take or give the data", "; logcat says why"},
+        {kZylKwoUploadFailed, "the DSP did not take or give the data",
+         "; is /dev/zyl_quorin there?"},
         {kZylKwoTuningTooShort, "the tuning file is too short", "; replace it by a whole one"},
         {kZylKwoNoMemory, "there is not enough memory", "; restart zyl_kwo_service"},
         {kZylKwoUnsupported, "this is not supported", ""},

@@ -8,8 +8,8 @@
 
 #include "interface/Izyl_kwo_service.h"
 
-// The service never unmaps what it was given: each region costs it its length in address space for
-// as long as it runs. One a process is plenty.
+// The service never unmaps what it was given: each region costs it a block's worth of address space
+// for as long as it runs. One a process is plenty.
 class SharedRegion {
   public:
     SharedRegion() = default;

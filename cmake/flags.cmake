@@ -1,5 +1,5 @@
-# The one place for compile flags. What ships links `zyl::shipped_flags`; the lab, the client and the
-# tests link `zyl::flags`.
+# The one place for compile flags. What ships and the client link `zyl::shipped_flags`, the lab, the
+# benchmarks and the tests `zyl::flags`.
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)

@@ -115,6 +115,7 @@ class Izyl_kwo_service : public android::IInterface {
     // Every operation returns a ZylKwoResult. Outputs keep their value when the result says that
     // there is none.
 
+    // The service's own object returns the record's size, which is what crosses the wire.
     virtual int32_t getPlatformInfo(PlatformInfoRecord* info) = 0;
     // Reserved; no transaction code reaches it.
     virtual int32_t unsupportedOperation() = 0;

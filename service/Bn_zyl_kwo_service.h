@@ -18,11 +18,11 @@ class Bn_zyl_kwo_service : public android::BnInterface<Izyl_kwo_service> {
                                  uint32_t flags) override;
 
   private:
-    // One for each code, in the order of the codes.
     using Handler = android::status_t (Bn_zyl_kwo_service::*)(const android::Parcel& data,
                                                               android::Parcel* reply);
     static Handler handlerFor(uint32_t code);
 
+    // One for each code, in the order of the codes.
     android::status_t onGetPlatformInfo(const android::Parcel& data, android::Parcel* reply);
     android::status_t onGetEnabled(const android::Parcel& data, android::Parcel* reply);
     android::status_t onSetEnabled(const android::Parcel& data, android::Parcel* reply);

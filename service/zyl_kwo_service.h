@@ -71,7 +71,8 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
                                          int32_t* length) override;
     int32_t getMultiChannelRoomZylcsTuningName(char name[kZylcsNameSize], int32_t* length) override;
 
-    // operations/listening_test.cpp; without the lock: folding a test in, remembering and telling it.
+    // operations/listening_test.cpp; without the lock: folding a test in, remembering it, telling
+    // it.
     int32_t setListeningTestResult(float a, float b, float c, float d) override;
     int32_t getListeningTestResult(float* a, float* b, float* c, float* d) override;
     int32_t resetListeningTestResult() override;

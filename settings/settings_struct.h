@@ -52,7 +52,8 @@ class zylSettingsStruct {
     void setGEQEnable(uint32_t enable) { mImage.geqEnable = enable; }
     uint32_t getGEQEnable() const { return mImage.geqEnable; }
 
-    // Replaces the settings file; on failure the old file stays.
+    // Replaces the settings file. A failure is logged; the file is then the old or the new one,
+    // whole.
     void SaveStruct();
     // Reads the settings file. A missing file gives the defaults. What a short file holds is taken
     // over and the rest stays as it was; a file of a newer version is taken over as it is.

@@ -30,17 +30,17 @@ load() {
     for word in $(tail -n 1 /tmp/out); do
         case $word in *=*) eval "round_${word%%=*}=${word#*=}" ;; esac
     done
-    all=$((all + round_calls)) died=$((died + round_died))
+    all=$((all + round_calls)) known=$((known + round_known)) died=$((died + round_died))
     measure
-    echo "# $(cut -d . -f 1 /proc/uptime) s, $all calls, $round_regions regions, $round_kept bytes kept:" \
+    echo "# $(cut -d . -f 1 /proc/uptime) s, $all calls ($known of codes that exist), $round_regions regions, $round_kept bytes kept:" \
         "$pss kB PSS, $private kB anonymous, $mappings mappings, $descriptors descriptors, $threads threads"
     sed -n 's/^bystander/# &/p' /tmp/out
 }
 
-all=0 died=0 regions=0 kept=0
+all=0 known=0 died=0 regions=0 kept=0
 measure
 echo "# at the start: $pss kB PSS, $private kB anonymous, $mappings mappings, $descriptors descriptors"
-round_calls=0 round_died=0 round_regions=0 round_kept=0
+round_calls=0 round_known=0 round_died=0 round_regions=0 round_kept=0
 load 0
 first_descriptors=$descriptors first_mappings=$mappings first_private=$private first_threads=$threads
 round=1
