@@ -42,9 +42,9 @@ class Blob {
             free(mBytes);
         } else if (mBytes != nullptr) {
             const size_t size = std::max(mArrived, kLeastKept);
-            *mKept += size;
-            const void* kept = realloc(mBytes, size);
-            static_cast<void>(kept);
+            // What cannot be made smaller stays as it is.
+            const bool shrunk = realloc(mBytes, size) != nullptr;
+            *mKept += shrunk ? size : std::max(static_cast<size_t>(mSize), kLeastKept);
         }
     }  // NOLINT(clang-analyzer-unix.Malloc): that it stays allocated is the point
 

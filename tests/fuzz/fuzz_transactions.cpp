@@ -269,7 +269,9 @@ long execute(const Head& head, const uint8_t* bytes, size_t size) {
         Transaction call;
         if (!source.next(&call)) break;
         if (call.code == 19 || call.code == 20) {
-            mayKeep += static_cast<long>(std::max<size_t>(call.data.dataSize(), 16));
+            // All that was announced, where it may be that it cannot be made smaller.
+            const size_t announced = (fault.calls & kAllocate) != 0 ? 16 << 20 : 16;
+            mayKeep += static_cast<long>(std::max(call.data.dataSize(), announced));
         }
         makeCall(*service, call, calm);
         checkSettingsFile(firstSize);

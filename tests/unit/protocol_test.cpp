@@ -3,6 +3,7 @@
 
 #include <binder/Parcel.h>
 
+#include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
 
 using android::FAILED_TRANSACTION;
@@ -131,6 +132,20 @@ TEST(Dispatcher, TuningDataThatIsKeptIsBounded) {
     }
     EXPECT_EQ(transact(*service, 19, {0, 0}), (Answer{FAILED_TRANSACTION, {}}));
     EXPECT_EQ(transact(*service, 27, data), (Answer{NO_ERROR, {-9}}));
+}
+
+// What was announced counts where it cannot be cut down to what arrived.
+TEST(Dispatcher, TuningDataThatCannotBeMadeSmallerCountsWhole) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    for (int taken = 0; taken < 8; ++taken) {
+        Fault third = {kAllocate, 2, ENOMEM};
+        setFault(&third);
+        EXPECT_EQ(transact(*service, 20, {16 << 20}), (Answer{NO_ERROR, {-9}}));
+        setFault(nullptr);
+        EXPECT_EQ(third.subject, "realloc");
+    }
+    EXPECT_EQ(transact(*service, 20, {16 << 20}), (Answer{FAILED_TRANSACTION, {}}));
 }
 
 TEST(Dispatcher, AFailedOperationIsLoggedInTheWordsOfItsCode) {
