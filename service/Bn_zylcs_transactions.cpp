@@ -42,11 +42,12 @@ class Blob {
             free(mBytes);
         } else if (mBytes != nullptr) {
             const size_t size = std::max(mArrived, kLeastKept);
-            // What cannot be made smaller stays as it is.
-            const bool shrunk = realloc(mBytes, size) != nullptr;
-            *mKept += shrunk ? size : std::max(static_cast<size_t>(mSize), kLeastKept);
+            const void* const shrunk = realloc(mBytes, size);
+            // What cannot be made smaller stays as it is. That it stays allocated is the point:
+            // NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
+            *mKept += shrunk != nullptr ? size : std::max(static_cast<size_t>(mSize), kLeastKept);
         }
-    }  // NOLINT(clang-analyzer-unix.Malloc): that it stays allocated is the point
+    }
 
     // Null when the memory could not be had.
     uint8_t* bytes() const { return mBytes; }

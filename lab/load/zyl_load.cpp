@@ -140,6 +140,7 @@ void beRestless(unsigned long number) {
                                      : Izyl_kwo_service::PUSH_CACHE_BLOCK;
         const std::vector<int32_t> result = call(*service, code, {block});
         ++counts->calls;
+        ++counts->known;
         counts->died += result.empty();
         ++(result == std::vector<int32_t>{0} ? counts->done : counts->refused);
     }
