@@ -12,7 +12,7 @@ target_compile_options(zyl_flags INTERFACE -Wall -Wextra -Werror)
 # Headers are named from the root of the project: "driver/zyl_driver.h".
 target_include_directories(zyl_flags INTERFACE ${PROJECT_SOURCE_DIR})
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    target_compile_options(zyl_flags INTERFACE -Wthread-safety)
+    target_compile_options(zyl_flags INTERFACE -Wthread-safety -Wthread-safety-beta)
 endif()
 
 add_library(zyl_shipped_flags INTERFACE)

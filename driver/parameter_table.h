@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "interface/zyl_kwo_types.h"
+
 // Rows of the table. The conversion library fixes the numbers; the names say what this service
 // uses a row for.
 enum ParameterRow : int32_t {
@@ -21,6 +23,8 @@ enum ParameterRow : int32_t {
     kRowListeningTest = 28,
 };
 constexpr int kParameterRowCount = 29;
+static_assert(kRowGEQGain + kGEQBandCount == kRowGEQEnable,
+              "the bands' rows end where the equaliser's switch has its own");
 
 // What the effect's rows hold while the effect is off; while it is on, they hold 0.
 constexpr uint32_t kEffectOffFirstPair = 23;
@@ -28,13 +32,15 @@ constexpr uint32_t kEffectOffSecondPair = 31;
 
 struct ParameterTableEntry {
     int32_t id;
-    uint32_t size;   // bytes
-    int32_t offset;  // bytes from the start of the pipeline
+    uint32_t size;   // bytes, at most kLargestPipeline
+    int32_t offset;  // bytes from the start of the pipeline, as the library reports it
 };
 
 // Filled once, before the service is registered; read-only afterwards.
 extern ParameterTableEntry g_parameterTable[kParameterRowCount];
 
+// Asks the conversion library. A row with a size that no pipeline can hold is refused with a line
+// in the log: it has a size of 0 and lies nowhere, so that the DSP refuses what is sent for it.
 void fillParameterTable();
 
 #endif  // ZYL_DRIVER_PARAMETER_TABLE_H

@@ -3,16 +3,19 @@
 #include <algorithm>
 #include <cstring>
 
-#include "driver/zyl_convert_api.h"
-
-uint32_t quorinPipelineSize() {
+_zylZylcsQuorinPipeLineInfo reportedPipeline() {
     _zylZylcsQuorinPipeLineInfo info = {};
     ZYL_Convert_API_GetPipelineSize(&info);
-    return info.words[0];
+    if (info.words[0] > kLargestPipeline) info.words[0] = 0;
+    return info;
+}
+
+uint32_t reportedPipelineSize() {
+    return reportedPipeline().words[0];
 }
 
 zylQuorinPipelineCtrl::zylQuorinPipelineCtrl(Header header)
-    : mPipelineSize(quorinPipelineSize()),
+    : mPipelineSize(reportedPipelineSize()),
       mHeaderSize(header == kWithHeader ? sizeof(ParamBlockHeader) : 0),
       mArray(new uint8_t[size_t{mHeaderSize} + mPipelineSize]) {}
 

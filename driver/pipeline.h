@@ -6,11 +6,18 @@
 #include <cstdint>
 #include <memory>
 
-#include "driver/parameter_table.h"
+#include "driver/zyl_convert_api.h"
 #include "driver/zyl_quorin_ioctl.h"
 
-// The size of one pipeline image in bytes, asked of the conversion library.
-uint32_t quorinPipelineSize();
+// More than any device has: what the library reports beyond it is taken for a fault of its own.
+constexpr uint32_t kLargestPipeline = 4 << 20;
+
+// What the conversion library reports about the pipeline now. A pipeline that is larger than
+// kLargestPipeline counts as one of size 0, for which no upload succeeds.
+_zylZylcsQuorinPipeLineInfo reportedPipeline();
+
+// The size of one pipeline image in bytes, as the library reports it now.
+uint32_t reportedPipelineSize();
 
 // One pipeline image, optionally with room for the upload header in front of it, so that header and
 // image go to the DSP in one piece. Sized by the conversion library when it is made. The contents

@@ -37,7 +37,7 @@ enum _zylZylcsUpdateStereoRoom : int32_t {
     kStereoRoomForLineout = 1,
 };
 
-// Fills `info`. The size may differ from call to call only across restarts of the process.
+// Fills `info`. What it reports stays the same as long as the process lives.
 int32_t ZYL_Convert_API_GetPipelineSize(_zylZylcsQuorinPipeLineInfo* info);
 
 // Fills the parameter's id, its size in bytes and its byte offset within the pipeline.

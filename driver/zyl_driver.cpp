@@ -12,8 +12,10 @@
 #include <cstring>
 #include <ctime>
 
+#include "driver/descriptor.h"
 #include "driver/driver_log.h"
-#include "driver/zyl_convert_api.h"
+
+const char kDevicePath[] = "/dev/zyl_quorin";
 
 uint32_t g_deviceMasks[kCacheBlockCount] = {0x00000002, 0x0002000C, 0x000003F0};
 
@@ -38,7 +40,7 @@ void logUploadTime() {
 int zylDriver::openDevice() {
     for (int attempt = 0; attempt < kOpenAttempts; ++attempt) {
         if (mStandingDescriptor > -1) return mStandingDescriptor;
-        const int fd = open(kDevicePath, O_RDWR);  // NOLINT(android-cloexec-open): never execs
+        const int fd = openOnce(kDevicePath, O_RDWR);
         if (fd == 0) mStandingDescriptor = fd;
         if (fd > -1) return fd;
         usleep(kOpenRetryDelay);
@@ -55,7 +57,12 @@ int zylDriver::request(QuorinRequest request, void* record) {
 }
 
 int zylDriver::initDriverCache() {
-    mPipelineSize = quorinPipelineSize();
+    mPipelineSize = reportedPipelineSize();
+    if (mPipelineSize == 0) {
+        __android_log_print(ANDROID_LOG_ERROR, kDriverLogTag,
+                            "int zylDriver::initDriverCache(): the conversion library reports no "
+                            "pipeline of a size that can be");
+    }
     uint32_t cacheSize = kCacheBlockCount * mPipelineSize;
     request(kRequestSetCacheSize, &cacheSize);
     return 0;
@@ -63,8 +70,7 @@ int zylDriver::initDriverCache() {
 
 int zylDriver::configureCacheBlocks() {
     ReadDevicesCSV();
-    _zylZylcsQuorinPipeLineInfo info = {};
-    ZYL_Convert_API_GetPipelineSize(&info);
+    const _zylZylcsQuorinPipeLineInfo info = reportedPipeline();
     for (uint32_t block = 0; block < kCacheBlockCount; ++block) {
         CacheBlockConfig config = {};
         config.block = block;

@@ -15,8 +15,10 @@
 #include <cstdint>
 #include <string>
 
+#include "driver/parameter_table.h"
 #include "driver/pipeline.h"
 #include "driver/zyl_quorin_ioctl.h"
+#include "interface/zyl_kwo_types.h"
 
 // A block of the DSP's parameter cache; its number is also the number of the output route it
 // serves.
@@ -26,9 +28,13 @@ enum CacheBlockType : int32_t {
     kBlockBluetooth = 2,
 };
 
+static_assert(kBlockSpeaker == static_cast<int>(kRouteSpeaker) &&
+                      kBlockLineout == static_cast<int>(kRouteLineout) &&
+                      kBlockBluetooth == static_cast<int>(kRouteBluetooth) &&
+                      kCacheBlockCount == kRouteCount,
+              "one block for each route, by its number");
+
 // Directory of the tuning files, with a trailing slash. Set once, while the service is constructed.
-constexpr char kMaldorTuningDirectory[] = "/data/misc/zyl/";
-constexpr char kTorvaneTuningDirectory[] = "/etc/zyl/";
 extern const char* g_tuningDirectory;
 
 // Device mask of each cache block. Set by ReadDevicesCSV, else the defaults.
@@ -50,9 +56,10 @@ class zylDriver {
     // why.
     void ReadDevicesCSV();
 
-    // Fills `ctrl` from a tuning file; `name` is relative to g_tuningDirectory. Returns 0, -1 for a
-    // block above 2, -2 when the file cannot be opened (logged), -4 when it is too short. On
-    // failure `ctrl` keeps its contents.
+    // Fills `ctrl` from a tuning file; `name` is relative to g_tuningDirectory. Returns a
+    // zylKwoErrors: kZylKwoBadArgument for a block above 2, kZylKwoTuningNotLoadable when the file
+    // cannot be opened (logged), kZylKwoTuningTooShort. On failure `ctrl` keeps its contents,
+    // unless the file is cut while it is read.
     int LoadParamBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType type, const std::string& name);
 
     // Upload a whole pipeline, or `size` bytes of one parameter, into a cache block, then tell the
@@ -71,8 +78,9 @@ class zylDriver {
     uint32_t getDeviceMask(CacheBlockType block) const { return g_deviceMasks[block]; }
 
     // What the audio system reports about the effect, NUL-terminated in `dest` of `size` bytes.
-    // Return 0, or -7 (logged) when the reply does not fit or, for the first two, lacks its key;
-    // then `dest` keeps its contents. The first two leave out what stands in front of the key.
+    // Return 0, or kZylKwoTextDoesNotFit (logged) when the reply does not fit or, for the first
+    // two, lacks its key; then `dest` keeps its contents. The first two leave out what stands in
+    // front of the key.
     int getQuorinVersion(char* dest, unsigned int size);
     int getQuorinDescription(char* dest, unsigned int size);
     int getQuorinPlatformVersion(char* dest, unsigned int size);

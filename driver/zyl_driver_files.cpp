@@ -1,76 +1,79 @@
 // The files that the driver reads: tuning files and the device-mask file.
 
 #include <android/log.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 
-#include <array>
-#include <cstdio>
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <memory>
 
+#include "driver/data_directory.h"
+#include "driver/descriptor.h"
 #include "driver/driver_log.h"
 #include "driver/zyl_driver.h"
 
-const char* g_tuningDirectory = kMaldorTuningDirectory;
+const char* g_tuningDirectory = ZYL_DATA_DIRECTORY;
 
 namespace {
 
-// The doubled slashes appear in log lines that people search for.
-constexpr char kDeviceMaskFile[] = "//data//misc//zyl//cache-mask.csv";
+constexpr char kDeviceMaskFile[] = ZYL_LOGGED_DATA_DIRECTORY "cache-mask.csv";
 
-constexpr int kBadBlock = -1;
-constexpr int kNotOpened = -2;
-constexpr int kTooShort = -4;
+// More than three numbers can need; what lies behind it is not read.
+constexpr size_t kMostOfMaskFile = 4096;
+
+// Takes three numbers, separated by commas, out of a text that ends in a NUL at `end`; fewer leave
+// the masks alone.
+bool parseMasks(const char* text, const char* end, uint32_t (&masks)[kCacheBlockCount]) {
+    uint32_t parsed[kCacheBlockCount];
+    for (uint32_t& mask : parsed) {
+        if (text > end) return false;
+        // Text without digits counts as 0. NOLINTNEXTLINE(cert-err34-c)
+        mask = static_cast<uint32_t>(atoi(text));
+        text = std::find(text, end, ',') + 1;
+    }
+    std::copy(std::begin(parsed), std::end(parsed), masks);
+    return true;
+}
 
 }  // namespace
 
 int zylDriver::LoadParamBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType type,
                               const std::string& name) {
-    if (type > kBlockBluetooth) return kBadBlock;
+    if (type > kBlockBluetooth) return kZylKwoBadArgument;
     const std::string path = g_tuningDirectory + name;
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(path.c_str(), "re"), fclose);
-    if (file == nullptr) {
+    const Descriptor file = openFile(path.c_str(), O_RDONLY);
+    if (!file.isOpen()) {
         __android_log_print(ANDROID_LOG_ERROR, kDriverLogTag,
                             "%s: Tuning file cannot be opened [%s]",
                             "int zylDriver::LoadParamBlock(zylQuorinPipelineCtrl &, "
                             "CacheBlockType, std::string)",
                             path.c_str());
-        return kNotOpened;
+        return kZylKwoTuningNotLoadable;
     }
-    // Read aside first, so that a short file leaves the caller's image whole.
-    zylQuorinPipelineCtrl image(zylQuorinPipelineCtrl::kWithoutHeader);
-    if (mPipelineSize > image.pipelineSize() || mPipelineSize > ctrl.pipelineSize()) {
-        return kTooShort;
-    }
-    if (fread(image.data(), 1, mPipelineSize, file.get()) != mPipelineSize) return kTooShort;
-    memcpy(ctrl.data(), image.data(), mPipelineSize);
-    return 0;
+    // Its length is known before it is read, so that a short file leaves the image whole.
+    struct stat about = {};
+    const bool holdsImage =
+            fstat(file.get(), &about) == 0 && about.st_size >= static_cast<off_t>(mPipelineSize);
+    if (!holdsImage || mPipelineSize > ctrl.pipelineSize()) return kZylKwoTuningTooShort;
+    return readFully(file, ctrl.data(), mPipelineSize) ? kZylKwoOk : kZylKwoTuningTooShort;
 }
 
 void zylDriver::ReadDevicesCSV() {
     constexpr char kFunction[] = "void zylDriver::ReadDevicesCSV()";
-    std::ifstream file(kDeviceMaskFile);
-    if (!file.is_open()) {
+    const Descriptor file = openFile(kDeviceMaskFile, O_RDONLY);
+    if (!file.isOpen()) {
         __android_log_print(ANDROID_LOG_ERROR, kDriverLogTag,
                             "%s: Error while trying to open file for device mask (file:%s), "
                             "Using default values",
                             kFunction, kDeviceMaskFile);
         return;
     }
-    std::array<uint32_t, kCacheBlockCount> masks;
-    size_t count = 0;
-    std::string token;
-    while (count < masks.size() && file.good()) {
-        std::getline(file, token, ',');
-        // Text without digits counts as 0. NOLINTNEXTLINE(cert-err34-c)
-        masks[count++] = static_cast<uint32_t>(atoi(token.c_str()));
-    }
-    if (count < masks.size()) {
+    char text[kMostOfMaskFile + 1] = {};
+    size_t length = 0;
+    readFully(file, text, kMostOfMaskFile, &length);
+    if (!parseMasks(text, text + length, g_deviceMasks)) {
         __android_log_print(ANDROID_LOG_ERROR, kDriverLogTag,
                             "%s: Error reading mask cache file ...(file:%s), using defaults",
                             kFunction, kDeviceMaskFile);
-        return;
     }
-    memcpy(g_deviceMasks, masks.data(), sizeof(g_deviceMasks));
 }

@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int kDoesNotFit = -7;
-
 android::String8 query(const char* key) {
     return android::AudioSystem::getParameters(0, android::String8(key));
 }
@@ -21,7 +19,7 @@ android::String8 query(const char* key) {
 int logDoesNotFit(const char* failure, const char* function, size_t length) {
     __android_log_print(ANDROID_LOG_ERROR, kDriverLogTag, failure, function,
                         static_cast<unsigned long>(length));
-    return kDoesNotFit;
+    return kZylKwoTextDoesNotFit;
 }
 
 }  // namespace

@@ -5,11 +5,13 @@
 #ifndef ZYL_DRIVER_ZYL_QUORIN_IOCTL_H
 #define ZYL_DRIVER_ZYL_QUORIN_IOCTL_H
 
+#include <sys/ioctl.h>
+
 #include <cstddef>
 #include <cstdint>
 
 // One object in the whole program, so that it can be compared by identity.
-inline constexpr char kDevicePath[] = "/dev/zyl_quorin";
+extern const char kDevicePath[];
 
 // The id that stands for the whole pipeline, and the second one that every block record carries.
 constexpr uint32_t QUORIN_PIPELINE_ID = 0x10015100;
@@ -27,6 +29,12 @@ enum QuorinRequest : uint32_t {
     kRequestConfigureBlock = 0x4004F204,  // argument: CacheBlockConfig
 };
 
+static_assert(kRequestSetCacheSize == _IOC(_IOC_WRITE, 0xF2, 1, 4) &&
+                      kRequestReadBlock == _IOC(_IOC_READ, 0xF2, 2, 4) &&
+                      kRequestWriteBlock == _IOC(_IOC_WRITE, 0xF2, 3, 4) &&
+                      kRequestConfigureBlock == _IOC(_IOC_WRITE, 0xF2, 4, 4),
+              "fixed by the kernel driver");
+
 // Stands directly in front of its payload of `size` bytes.
 struct ParamBlockHeader {
     uint32_t id;      // QUORIN_PIPELINE_ID, or a parameter's id
@@ -34,7 +42,11 @@ struct ParamBlockHeader {
     uint32_t offset;  // where in the pipeline the payload belongs
     uint32_t mask;    // device mask of the target block
 };
-static_assert(sizeof(ParamBlockHeader) == 16, "fixed by the kernel driver");
+static_assert(sizeof(ParamBlockHeader) == 16 && offsetof(ParamBlockHeader, id) == 0 &&
+                      offsetof(ParamBlockHeader, size) == 4 &&
+                      offsetof(ParamBlockHeader, offset) == 8 &&
+                      offsetof(ParamBlockHeader, mask) == 12,
+              "fixed by the kernel driver");
 
 // Describes one block of the cache. The infoN fields are layout words of the conversion library,
 // named by their index there; that they are out of order is what the kernel driver expects.
@@ -55,8 +67,18 @@ struct CacheBlockConfig {
     uint32_t info7;
 };
 static_assert(sizeof(CacheBlockConfig) == 56, "fixed by the kernel driver");
-static_assert(offsetof(CacheBlockConfig, pipelineId) == 12 &&
+static_assert(offsetof(CacheBlockConfig, block) == 0 && offsetof(CacheBlockConfig, mask) == 4 &&
+                      offsetof(CacheBlockConfig, offset) == 8 &&
+                      offsetof(CacheBlockConfig, pipelineId) == 12 &&
+                      offsetof(CacheBlockConfig, info1) == 16 &&
+                      offsetof(CacheBlockConfig, info4) == 20 &&
+                      offsetof(CacheBlockConfig, zero24) == 24 &&
+                      offsetof(CacheBlockConfig, info3) == 28 &&
+                      offsetof(CacheBlockConfig, info6) == 32 &&
                       offsetof(CacheBlockConfig, auxId) == 36 &&
+                      offsetof(CacheBlockConfig, info5) == 40 &&
+                      offsetof(CacheBlockConfig, info8) == 44 &&
+                      offsetof(CacheBlockConfig, zero48) == 48 &&
                       offsetof(CacheBlockConfig, info7) == 52,
               "fixed by the kernel driver");
 

@@ -14,38 +14,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "interface/zyl_kwo_types.h"
+
 constexpr char kZylKwoServiceName[] = "zyl_kwo_service";
-
-constexpr int kGEQBandCount = 10;
-constexpr int kDbLevelCount = 10;
-constexpr int kZylcsNameSize = 37;        // 36 characters and a NUL
-constexpr int kVersionStringSize = 3072;  // the longest version text and its NUL
-
-// What an operation returns; the numbers are part of the protocol.
-enum ZylKwoResult : int32_t {
-    kZylKwoOk = 0,
-    kZylKwoBadArgument = -1,
-    kZylKwoTuningNotLoadable = -2,
-    kZylKwoUploadFailed = -3,    // the DSP refused it, or a region could not be mapped or copied
-    kZylKwoTuningTooShort = -4,  // a tuning file holds less than one pipeline image
-    kZylKwoNoMemory = -6,
-    kZylKwoUnsupported = -8,
-    kZylKwoNotAvailable = -9,  // not on this settings generation
-    kZylKwoNoSharedRegion = -3000,
-
-    // The conversion library's own complaints about tuning data.
-    kZylKwoConversionFailed6 = -1000,
-    kZylKwoConversionFailed7 = -1001,
-    kZylKwoConversionFailed5 = -1002,
-    kZylKwoConversionFailed8 = -1003,
-    kZylKwoConversionFailed = -1004,
-    kZylKwoConversionFailed9 = -1005,
-
-    // Only a proxy returns these: the call did not come through, so there is no result.
-    kZylKwoServiceGone = -20001,
-    kZylKwoCallRefused = -20002,  // the service did not accept the interface token
-    kZylKwoCallFailed = -20003,   // setEnabled, getEnabled, getListeningTestResult: it failed
-};
 
 // What code 1 replies, byte for byte. The text is the service's version, NUL-terminated.
 struct PlatformInfoRecord {
@@ -112,29 +83,56 @@ class Izyl_kwo_service : public android::IInterface {
 
     virtual const android::String16& getInterfaceDescriptor() const;
 
-    // Every operation returns a ZylKwoResult. Outputs keep their value when the result says that
-    // there is none.
+    // The contract of each operation. Every one returns a zylKwoErrors; those that it can return
+    // are listed behind "Returns", and a proxy may return one of its own three besides, after which
+    // nobody knows whether the call was carried out. An output keeps its value unless the result is
+    // kZylKwoOk. Pointers are only used during the call and stay the caller's.
+    //
+    // A setter saves before it talks to the DSP: where it returns that the DSP refused, the setting
+    // is changed and saved all the same, and the DSP follows with the next call that sends it, or
+    // with setReloadFlag. Where something else holds, it stands with the operation.
+    //
+    // Without a settings generation (no tuning files on the device) all but getPlatformInfo,
+    // getVersionString, the active route, the route masks, the levels, the shared memory and
+    // setReloadFlag return kZylKwoNotAvailable. There are no notifications: a client that wants to
+    // know of another's change asks again.
 
-    // The service's own object returns the record's size, which is what crosses the wire.
+    // Fills the record. The proxy returns kZylKwoOk; the service's own object returns the record's
+    // size, which is what crosses the wire.
     virtual int32_t getPlatformInfo(PlatformInfoRecord* info) = 0;
-    // Reserved; no transaction code reaches it.
+    // Reserved; no transaction code reaches it. Returns kZylKwoUnsupported.
     virtual int32_t unsupportedOperation() = 0;
 
-    // Zero is off, anything else is on.
+    // The effect's switch: zero is off, anything else is on and comes back as it was set.
     virtual int32_t getEnabled(int32_t* enabled) = 0;
+    // Loads the speaker's block anew and writes the switch to the two others. A proxy reports every
+    // failure as kZylKwoCallFailed; the service's own object returns kZylKwoBadArgument when the
+    // speaker's tuning cannot be loaded. The choice is saved all the same.
     virtual int32_t setEnabled(int32_t enabled) = 0;
 
-    // 1 to 3.
+    // 1 to 3. setStereoMode writes lineout's block, then bluetooth's. Returns kZylKwoBadArgument
+    // for another mode, which changes nothing, and also when the DSP refused.
     virtual int32_t getStereoMode(int32_t* mode) = 0;
     virtual int32_t setStereoMode(int32_t mode) = 0;
 
-    // Route 0 speaker, 1 lineout, 2 bluetooth; tuning 0 and up, as far as tuning files exist.
-    // Torvane only.
+    // The number of a route's tuning; Torvane only. `route` is a zylRoute, `tuning` 0 and up, as
+    // far as tuning files exist. A change applies to the route's block at once. Where the effect is
+    // off the speaker's new tuning is loaded and saved like any other, and the speaker's off tuning
+    // comes back with the next reload.
+    // Returns kZylKwoBadArgument for a route or a number that cannot be; kZylKwoTuningNotLoadable
+    // or kZylKwoTuningTooShort for a tuning file that is missing or short, after which the tuning
+    // is what it was; kZylKwoUploadFailed, after which the new number is saved.
     virtual int32_t getTuning(int32_t route, int32_t* tuning) = 0;
     virtual int32_t setTuning(int32_t route, int32_t tuning) = 0;
 
-    // Bands 0 to 9, gains 725 to 32767, where 4096 is neutral. The switch reads as 0 and ignores
-    // what is set while the effect is off.
+    // The graphic equaliser. `band` is 0 to 9, `gain` 725 to 32767, see kNeutralGEQGain.
+    // Returns kZylKwoBadArgument for a band or a gain out of range, which changes nothing, and also
+    // when the DSP refused.
+    // setGEQGain while the equaliser is off reaches the DSP, but is not kept; setGEQGainAll is then
+    // refused as kZylKwoBadArgument.
+    // setGEQEnable while the effect is off does nothing and returns kZylKwoOk; getGEQEnable then
+    // gives 0.
+    // getGEQGainAll is not one snapshot: a change may come between two of its bands.
     virtual int32_t getGEQGain(int32_t band, uint16_t* gain) = 0;
     virtual int32_t setGEQGain(int32_t band, uint16_t gain) = 0;
     virtual int32_t getGEQEnable(int32_t* enabled) = 0;
@@ -142,13 +140,25 @@ class Izyl_kwo_service : public android::IInterface {
     virtual int32_t getGEQGainAll(uint16_t gains[kGEQBandCount]) = 0;
     virtual int32_t setGEQGainAll(const uint16_t gains[kGEQBandCount]) = 0;
 
-    // Fills `text` with a NUL-terminated text. `length` is the size of `text` in bytes, at least 1,
-    // on entry and the text's length on return.
+    // Fills `text` with a NUL-terminated text that names the versions of all parts. `length` is the
+    // size of `text` in bytes, at least 1, on entry and the text's length on return; what does not
+    // fit is cut off.
     virtual int32_t getVersionString(char* text, int32_t* length) = 0;
 
-    // Tuning data and the conversion library's work area, both the caller's, each with its size in
-    // bytes. The data begins with a NUL-terminated identifier of up to 36 characters, which the
-    // name getters give back. `length` is kZylcsNameSize on entry. Maldor only.
+    // Tuning data, Maldor only. `zylcs` is the data and `work` a work area for the conversion
+    // library, each with its size in bytes, 0 to 16 MiB; together they must fit a binder
+    // transaction, about a megabyte, but the work area may announce more than is sent. The data
+    // begins with an identifier of up to 36 characters and a NUL; the name getters give it back.
+    // The library changes a saved record, and the blocks that it is for are loaded anew: the
+    // speaker's for the two speakers (for the effect being on, and off), that of `route`, lineout
+    // or bluetooth, for an accessory, and both of these for a room.
+    // Returns kZylKwoBadArgument for an accessory's route that is neither; the library's refusal
+    // (kZylKwoConversionFailed..., kZylKwoBadArgument, kZylKwoNoMemory or kZylKwoUnsupported),
+    // kZylKwoTuningNotLoadable or kZylKwoTuningTooShort for a record that cannot be read or
+    // written, and kZylKwoUploadFailed. The name is only kept when all went well. Where two records
+    // are changed, lineout's may hold the change although bluetooth's failed. A stereo room with an
+    // `index` other than 1 (lineout) and 2 (bluetooth) is in force, but has no place for its name:
+    // kZylKwoBadArgument.
     virtual int32_t setSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize, uint8_t* work,
                                           int32_t workSize) = 0;
     virtual int32_t setSecondSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize,
@@ -159,6 +169,9 @@ class Izyl_kwo_service : public android::IInterface {
                                              uint8_t* work, int32_t workSize) = 0;
     virtual int32_t setMultiChannelRoomZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize,
                                                    uint8_t* work, int32_t workSize) = 0;
+    // The name of the tuning data that is in force, NUL-terminated; zeros in groups of 8, 4, 4, 4
+    // and 12 while there is none. `length` is kZylcsNameSize on entry and stays so. Returns
+    // kZylKwoBadArgument, and an empty name, for a route or an index other than 1 and 2.
     virtual int32_t getSpeakerZylcsTuningName(char name[kZylcsNameSize], int32_t* length) = 0;
     virtual int32_t getSecondSpeakerZylcsTuningName(char name[kZylcsNameSize], int32_t* length) = 0;
     virtual int32_t getAccessoryZylcsTuningName(int32_t route, char name[kZylcsNameSize],
@@ -168,33 +181,47 @@ class Izyl_kwo_service : public android::IInterface {
     virtual int32_t getMultiChannelRoomZylcsTuningName(char name[kZylcsNameSize],
                                                        int32_t* length) = 0;
 
-    // The four values of a listening test. Maldor only.
+    // The four values of a listening test, in the clients' own unit; Maldor only. They are folded
+    // into the records of lineout and bluetooth, and remembered when all went well; -1 each while
+    // there is no test. A proxy reports every failure of getListeningTestResult as
+    // kZylKwoCallFailed. setListeningTestResult returns what tuning data returns;
+    // resetListeningTestResult returns kZylKwoOk whatever the DSP and the records do.
     virtual int32_t setListeningTestResult(float a, float b, float c, float d) = 0;
     virtual int32_t getListeningTestResult(float* a, float* b, float* c, float* d) = 0;
     virtual int32_t resetListeningTestResult() = 0;
 
-    // A value that clients share; the service does not act on it.
+    // A number that clients share, 0 after a start and not saved. The service does not act on it
+    // and takes any.
     virtual int32_t getActiveRoute(int32_t* route) = 0;
     virtual int32_t setActiveRoute(int32_t route) = 0;
 
-    // Rebuilds all blocks; while the flag is on, stereo mode 3 and cleared effect parameters are
-    // forced on the DSP whatever the settings say.
+    // Loads and uploads all three blocks anew, and returns kZylKwoOk: a block without its tuning
+    // file is left out. While the flag is on, stereo mode 3 and cleared effect parameters are
+    // forced on the DSP behind every change, whatever the settings say. The flag is not saved.
     virtual int32_t setReloadFlag(bool forced) = 0;
 
-    // The output devices that a route's block serves, as a bit mask.
+    // The output devices that a route's block serves, as a bit mask of audio devices. Returns
+    // kZylKwoBadArgument for another route than 0 to 2.
     virtual int32_t getRouteMask(int32_t route, uint32_t* mask) = 0;
 
-    // Hands over shared memory of `length` bytes; one that is shorter than a pipeline image counts
-    // as none. There is one region for all clients, the last one handed over. The service never
-    // unmaps a region: each call costs it a block's worth of its 32-bit address space for as long
-    // as it runs. Once regions take up a gigabyte of it, no more are mapped; so hand one over once.
-    // The descriptor stays the caller's.
+    // Hands over shared memory of `length` bytes, at least one pipeline image (the size of a block,
+    // which the conversion library tells: 61,700 bytes on today's devices). A shorter region is
+    // accepted and counts as none. Returns kZylKwoUploadFailed when it cannot be mapped; then there
+    // is no region. The descriptor stays the caller's.
+    // There is one region for all clients, the last one handed over. The service never unmaps a
+    // region: each call costs it a block's worth of its 32-bit address space for as long as it
+    // runs. Once regions take up a gigabyte of it, no more are mapped; so hand one over once.
     virtual int32_t setFileDescriptor(int fd, int32_t length) = 0;
-    // Copy a block of the DSP's cache, 0 to 2, into the shared memory and back.
+    // Copy a block of the DSP's cache, 0 to 2, into the shared memory, and back. A block that does
+    // not exist is fetched as zeros and pushed nowhere, both with kZylKwoOk. Return
+    // kZylKwoNoSharedRegion without a region, or with one that is too short, and
+    // kZylKwoUploadFailed when the DSP refused or the memory went away. What is pushed reaches the
+    // DSP as it is; nothing of it is saved.
     virtual int32_t fetchCacheBlock(int32_t block) = 0;
     virtual int32_t pushCacheBlock(int32_t block) = 0;
 
-    // Ten values that clients share; the service does not act on them.
+    // Ten values that clients share, in the clients' own unit; -80000 each after a start, and not
+    // saved. The service does not act on them. They are read and written as a whole.
     virtual int32_t getDbLevels(int32_t levels[kDbLevelCount]) = 0;
     virtual int32_t setDbGain(const int32_t levels[kDbLevelCount]) = 0;
 };

@@ -40,10 +40,10 @@ int32_t zyl_kwo_service::rebuildBlockZero() {
 }
 
 int32_t zyl_kwo_service::rebuildPipeline(uint32_t forced) {
-    ServiceLock lock(gServiceLock);
+    const ScopedLock lock(gServiceLock);
     // Before any block, so that this rebuild already ends in the new mode.
     mForcedMode = forced;
-    if (mGeneration == kNone) return kZylKwoOk;
+    if (mSettingsHolder == nullptr) return kZylKwoOk;
     zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
     for (CacheBlockType block : {kBlockSpeaker, kBlockLineout, kBlockBluetooth}) {
         // A block without its tuning file, already logged, stays as the DSP has it.

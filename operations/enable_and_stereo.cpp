@@ -1,18 +1,19 @@
 #include <android/log.h>
 
+#include "driver/parameter_table.h"
 #include "service/process.h"
 #include "service/zyl_kwo_service.h"
 
 int32_t zyl_kwo_service::getEnabled(int32_t* enabled) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
     *enabled = static_cast<int32_t>(settings().getEnabled());
     return kZylKwoOk;
 }
 
 int32_t zyl_kwo_service::setEnabled(int32_t enabled) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
     // Saved first: the user's choice outlives a DSP that cannot follow it now.
     settings().setEnabled(static_cast<uint32_t>(enabled));
     mSettingsHolder->saveSettings();
@@ -34,16 +35,16 @@ int32_t zyl_kwo_service::setEnabled(int32_t enabled) {
 }
 
 int32_t zyl_kwo_service::getStereoMode(int32_t* mode) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
     *mode = static_cast<int32_t>(settings().getStereoMode());
     return kZylKwoOk;
 }
 
 int32_t zyl_kwo_service::setStereoMode(int32_t mode) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
-    if (mode < 1 || mode > 3) return kZylKwoBadArgument;
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
+    if (!isStereoMode(mode)) return kZylKwoBadArgument;
     settings().setStereoMode(static_cast<uint32_t>(mode));
     mSettingsHolder->saveSettings();
     const int32_t result =

@@ -3,23 +3,16 @@
 
 #include "service/zyl_kwo_service.h"
 
-namespace {
-
-bool isBand(int32_t band) {
-    return band >= 0 && band < kGEQBandCount;
-}
-
-}  // namespace
-
 int32_t zyl_kwo_service::setGEQEnable(int32_t enabled) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
     // Silent: with the effect off there is no equaliser to switch.
     if (settings().getEnabled() == 0) return kZylKwoOk;
     settings().setGEQEnable(static_cast<uint32_t>(enabled));
     mSettingsHolder->saveSettings();
     const uint32_t size = g_parameterTable[kRowGEQEnable].size;
     ParameterBuffer buffer(size, static_cast<uint32_t>(enabled));
+    // The blocks' order is not the gains'; devices have both so.
     const int32_t result = sendToBlocks(buffer, kRowGEQEnable, size,
                                         {kBlockSpeaker, kBlockBluetooth, kBlockLineout});
     if (result == 0) applyForcedParametersAndAnnounce();
@@ -27,8 +20,8 @@ int32_t zyl_kwo_service::setGEQEnable(int32_t enabled) {
 }
 
 int32_t zyl_kwo_service::getGEQEnable(int32_t* enabled) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
     *enabled = settings().getEnabled() != 0 ? static_cast<int32_t>(settings().getGEQEnable()) : 0;
     return kZylKwoOk;
 }
@@ -41,9 +34,9 @@ int32_t zyl_kwo_service::sendGains(ParameterBuffer& buffer, int32_t row, uint32_
 }
 
 int32_t zyl_kwo_service::setGEQGain(int32_t band, uint16_t gain) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
-    if (!isBand(band) || !isGEQGain(gain)) return kZylKwoBadArgument;
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
+    if (!isGEQBand(band) || !isGEQGain(gain)) return kZylKwoBadArgument;
     // Not kept while the equaliser is off, already logged; the DSP hears of it all the same.
     settings().setGEQGain(static_cast<uint32_t>(band), gain);
     mSettingsHolder->saveSettings();
@@ -54,15 +47,15 @@ int32_t zyl_kwo_service::setGEQGain(int32_t band, uint16_t gain) {
 }
 
 int32_t zyl_kwo_service::getGEQGain(int32_t band, uint16_t* gain) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
-    if (!isBand(band)) return kZylKwoBadArgument;
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
+    if (!isGEQBand(band)) return kZylKwoBadArgument;
     return settings().getGEQGain(static_cast<uint32_t>(band), *gain);
 }
 
 int32_t zyl_kwo_service::setGEQGainAll(const uint16_t gains[kGEQBandCount]) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
     if (!std::all_of(gains, gains + kGEQBandCount, isGEQGain)) return kZylKwoBadArgument;
     for (uint32_t band = 0; band < kGEQBandCount; ++band) {
         const int32_t result = settings().setGEQGain(band, gains[band]);
@@ -79,10 +72,10 @@ int32_t zyl_kwo_service::setGEQGainAll(const uint16_t gains[kGEQBandCount]) {
 }
 
 int32_t zyl_kwo_service::getGEQGainAll(uint16_t gains[kGEQBandCount]) {
-    if (mGeneration == kNone) return kZylKwoNotAvailable;
+    if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
     int32_t result = kZylKwoOk;
     for (uint32_t band = 0; band < kGEQBandCount && result == 0; ++band) {
-        ServiceLock lock(gServiceLock);
+        const ScopedLock lock(gServiceLock);
         result = settings().getGEQGain(band, gains[band]);
     }
     return result;

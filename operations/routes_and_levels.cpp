@@ -3,8 +3,8 @@
 #include "service/zyl_kwo_service.h"
 
 int32_t zyl_kwo_service::getRouteMask(int32_t route, uint32_t* mask) {
-    ServiceLock lock(gServiceLock);
-    if (route < 0 || route >= kRouteCount) return kZylKwoBadArgument;
+    const ScopedLock lock(gServiceLock);
+    if (!isRoute(route)) return kZylKwoBadArgument;
     *mask = mDriver.getDeviceMask(static_cast<CacheBlockType>(route));
     return kZylKwoOk;
 }
@@ -21,13 +21,13 @@ int32_t zyl_kwo_service::setActiveRoute(int32_t route) {
 }
 
 int32_t zyl_kwo_service::getDbLevels(int32_t levels[kDbLevelCount]) {
-    ServiceLock lock(gServiceLock);
-    std::copy_n(mDbLevels, kDbLevelCount, levels);
+    const ScopedLock lock(gServiceLock);
+    std::copy(mDbLevels.begin(), mDbLevels.end(), levels);
     return kZylKwoOk;
 }
 
 int32_t zyl_kwo_service::setDbGain(const int32_t levels[kDbLevelCount]) {
-    ServiceLock lock(gServiceLock);
-    std::copy_n(levels, kDbLevelCount, mDbLevels);
+    const ScopedLock lock(gServiceLock);
+    std::copy_n(levels, kDbLevelCount, mDbLevels.begin());
     return kZylKwoOk;
 }

@@ -83,7 +83,7 @@ void* zyl_kwo_service::mapRegion(int fd, size_t size) {
         return region;
     }
     // Of no use for any copy when it is shorter; and only so much of it is ever used.
-    const size_t image = quorinPipelineSize();
+    const size_t image = reportedPipelineSize();
     const size_t used = size < image ? 0 : inPages(image);
     const size_t unused = inPages(size) - used;
     if (unused > 0) munmap(static_cast<uint8_t*>(region) + used, unused);
@@ -110,9 +110,11 @@ int32_t zyl_kwo_service::fetchCacheBlock(int32_t block) {
     zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
     // A block that does not exist is all zeros.
     ctrl.clear();
-    if (isBlock(block) && mDriver.readParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
+    if (isBlock(block) &&
+        driverWithoutLock().readParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
         return kZylKwoUploadFailed;
     }
+    // There is one result for all that can go wrong with a block, in both directions.
     return copyToRegion(region, ctrl.data(), ctrl.pipelineSize()) ? kZylKwoOk : kZylKwoUploadFailed;
 }
 
@@ -122,9 +124,10 @@ int32_t zyl_kwo_service::pushCacheBlock(int32_t block) {
     if (!isBlock(block)) return kZylKwoOk;
     zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
     if (!copyFromRegion(ctrl.data(), region, ctrl.pipelineSize()) ||
-        mDriver.sendParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
+        driverWithoutLock().sendParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
         return kZylKwoUploadFailed;
     }
-    mDriver.notifyNewParams();
+    // Once more: the upload has announced itself. Devices have it so.
+    driverWithoutLock().notifyNewParams();
     return kZylKwoOk;
 }

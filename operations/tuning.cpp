@@ -1,17 +1,17 @@
 #include "service/zyl_kwo_service.h"
 
 int32_t zyl_kwo_service::getTuning(int32_t route, int32_t* tuning) {
-    if (mGeneration != kTorvane) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
-    if (route < 0 || route >= kRouteCount) return kZylKwoBadArgument;
+    if (!mHasTuningNumbers) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
+    if (!isRoute(route)) return kZylKwoBadArgument;
     *tuning = static_cast<int32_t>(settings().getTuning(static_cast<zylRoute>(route)));
     return kZylKwoOk;
 }
 
 int32_t zyl_kwo_service::setTuning(int32_t route, int32_t tuning) {
-    if (mGeneration != kTorvane) return kZylKwoNotAvailable;
-    ServiceLock lock(gServiceLock);
-    if (route < 0 || route >= kRouteCount || tuning < 0) return kZylKwoBadArgument;
+    if (!mHasTuningNumbers) return kZylKwoNotAvailable;
+    const ScopedLock lock(gServiceLock);
+    if (!isRoute(route) || tuning < 0) return kZylKwoBadArgument;
     const auto zyl = static_cast<zylRoute>(route);
     const auto block = static_cast<CacheBlockType>(route);
     zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);

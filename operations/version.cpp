@@ -32,9 +32,10 @@ int32_t zyl_kwo_service::getVersionString(char* text, int32_t* length) {
         version += ";ConversionLib=";
         version += reinterpret_cast<const char*>(library);
     }
-    appendQuery<40>(version, mDriver, &zylDriver::getQuorinVersion);
-    appendQuery<2072>(version, mDriver, &zylDriver::getQuorinDescription);
-    appendQuery<40>(version, mDriver, &zylDriver::getQuorinPlatformVersion);
+    zylDriver& driver = driverWithoutLock();
+    appendQuery<40>(version, driver, &zylDriver::getQuorinVersion);
+    appendQuery<2072>(version, driver, &zylDriver::getQuorinDescription);
+    appendQuery<40>(version, driver, &zylDriver::getQuorinPlatformVersion);
 
     const size_t copied = std::min(version.size(), static_cast<size_t>(*length) - 1);
     memcpy(text, version.data(), copied);

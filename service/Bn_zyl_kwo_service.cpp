@@ -2,73 +2,20 @@
 
 #include <cstring>
 
-#include "service/process.h"
 #include "service/transaction.h"
 
 using android::NO_ERROR;
 using android::Parcel;
 using android::status_t;
 
-status_t Bn_zyl_kwo_service::onTransact(uint32_t code, const Parcel& data, Parcel* reply,
-                                        uint32_t flags) {
-    const Handler handler = handlerFor(code);
-    if (handler == nullptr && code != CHECKED_UNKNOWN) {
-        return BBinder::onTransact(code, data, reply, flags);
-    }
-    if (!data.checkInterface(this)) return android::PERMISSION_DENIED;
-    if (handler == nullptr) return BBinder::onTransact(code, data, reply, flags);
-    return (this->*handler)(data, reply);
-}
+namespace {
 
-Bn_zyl_kwo_service::Handler Bn_zyl_kwo_service::handlerFor(uint32_t code) {
-    switch (code) {
-        case GET_PLATFORM_INFO: return &Bn_zyl_kwo_service::onGetPlatformInfo;
-        case GET_ENABLED: return &Bn_zyl_kwo_service::onGetEnabled;
-        case SET_ENABLED: return &Bn_zyl_kwo_service::onSetEnabled;
-        case GET_STEREO_MODE: return &Bn_zyl_kwo_service::onGetStereoMode;
-        case SET_STEREO_MODE: return &Bn_zyl_kwo_service::onSetStereoMode;
-        case GET_TUNING: return &Bn_zyl_kwo_service::onGetTuning;
-        case SET_TUNING: return &Bn_zyl_kwo_service::onSetTuning;
-        case GET_GEQ_GAIN: return &Bn_zyl_kwo_service::onGetGEQGain;
-        case SET_GEQ_GAIN: return &Bn_zyl_kwo_service::onSetGEQGain;
-        case GET_VERSION_STRING: return &Bn_zyl_kwo_service::onGetVersionString;
-        case SET_GEQ_ENABLE: return &Bn_zyl_kwo_service::onSetGEQEnable;
-        case GET_GEQ_ENABLE: return &Bn_zyl_kwo_service::onGetGEQEnable;
-        case GET_GEQ_GAIN_ALL: return &Bn_zyl_kwo_service::onGetGEQGainAll;
-        case SET_GEQ_GAIN_ALL: return &Bn_zyl_kwo_service::onSetGEQGainAll;
-        case SET_SPEAKER_ZYLCS_TUNING: return &Bn_zyl_kwo_service::onSetSpeakerZylcsTuning;
-        case SET_SECOND_SPEAKER_ZYLCS_TUNING:
-            return &Bn_zyl_kwo_service::onSetSecondSpeakerZylcsTuning;
-        case GET_SPEAKER_ZYLCS_TUNING_NAME: return &Bn_zyl_kwo_service::onGetSpeakerZylcsTuningName;
-        case GET_SECOND_SPEAKER_ZYLCS_TUNING_NAME:
-            return &Bn_zyl_kwo_service::onGetSecondSpeakerZylcsTuningName;
-        case SET_ACCESSORY_ZYLCS_TUNING: return &Bn_zyl_kwo_service::onSetAccessoryZylcsTuning;
-        case GET_ACCESSORY_ZYLCS_TUNING_NAME:
-            return &Bn_zyl_kwo_service::onGetAccessoryZylcsTuningName;
-        case SET_STEREO_ROOM_ZYLCS_TUNING: return &Bn_zyl_kwo_service::onSetStereoRoomZylcsTuning;
-        case GET_STEREO_ROOM_ZYLCS_TUNING_NAME:
-            return &Bn_zyl_kwo_service::onGetStereoRoomZylcsTuningName;
-        case SET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING:
-            return &Bn_zyl_kwo_service::onSetMultiChannelRoomZylcsTuning;
-        case GET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING_NAME:
-            return &Bn_zyl_kwo_service::onGetMultiChannelRoomZylcsTuningName;
-        case SET_LISTENING_TEST_RESULT: return &Bn_zyl_kwo_service::onSetListeningTestResult;
-        case GET_LISTENING_TEST_RESULT: return &Bn_zyl_kwo_service::onGetListeningTestResult;
-        case RESET_LISTENING_TEST_RESULT: return &Bn_zyl_kwo_service::onResetListeningTestResult;
-        case GET_ACTIVE_ROUTE: return &Bn_zyl_kwo_service::onGetActiveRoute;
-        case SET_ACTIVE_ROUTE: return &Bn_zyl_kwo_service::onSetActiveRoute;
-        case SET_RELOAD_FLAG: return &Bn_zyl_kwo_service::onSetReloadFlag;
-        case GET_ROUTE_MASK: return &Bn_zyl_kwo_service::onGetRouteMask;
-        case SET_FILE_DESCRIPTOR: return &Bn_zyl_kwo_service::onSetFileDescriptor;
-        case FETCH_CACHE_BLOCK: return &Bn_zyl_kwo_service::onFetchCacheBlock;
-        case PUSH_CACHE_BLOCK: return &Bn_zyl_kwo_service::onPushCacheBlock;
-        case GET_DB_LEVELS: return &Bn_zyl_kwo_service::onGetDbLevels;
-        case SET_DB_GAIN: return &Bn_zyl_kwo_service::onSetDbGain;
-        default: return nullptr;
-    }
-}
+// What the platform asks of every binder object (a dump, a shell command) is read by the base class
+// word by word and string by string, for as long as there is something to read. No such request
+// needs more.
+constexpr size_t kLargestPlatformRequest = 1024;
 
-status_t Bn_zyl_kwo_service::onGetPlatformInfo(const Parcel& data, Parcel* reply) {
+status_t getPlatformInfo(const Transaction& call) {
     constexpr char kFailure[] = "%s: Error writing platform info to reply";
     PlatformInfoRecord record = {};
     record.size = sizeof(record);
@@ -76,174 +23,231 @@ status_t Bn_zyl_kwo_service::onGetPlatformInfo(const Parcel& data, Parcel* reply
     static_assert(sizeof(kServiceVersion) <= sizeof(record.version), "the record has no more room");
     memcpy(record.version, kServiceVersion, sizeof(kServiceVersion));
 
-    const int32_t want = data.readInt32();
-    const status_t status = reply->writeInt32(record.size);
+    const int32_t want = call.data.readInt32();
+    const status_t status = call.reply->writeInt32(record.size);
     if (status != NO_ERROR || want != 1) return finish(status, kFailure);
-    getPlatformInfo(&record);
-    return finish(reply->write(&record, sizeof(record)), kFailure);
+    call.service.getPlatformInfo(&record);
+    return finish(call.reply->write(&record, sizeof(record)), kFailure);
 }
 
-status_t Bn_zyl_kwo_service::onGetEnabled(const Parcel&, Parcel* reply) {
+status_t getEnabled(const Transaction& call) {
     constexpr char kFailure[] = "%s: error writing KWO enabled info to reply";
     int32_t enabled = 0;
-    if (getEnabled(&enabled) != 0) return fail(kFailure);
-    return finish(reply->writeInt32(enabled), kFailure);
+    if (call.service.getEnabled(&enabled) != 0) return fail(kFailure);
+    return finish(call.reply->writeInt32(enabled), kFailure);
 }
 
-status_t Bn_zyl_kwo_service::onSetEnabled(const Parcel& data, Parcel*) {
-    if (setEnabled(data.readInt32()) != 0) {
+status_t setEnabled(const Transaction& call) {
+    if (call.service.setEnabled(call.data.readInt32()) != 0) {
         return fail("%s: Error reading KWO enabled info to reply");
     }
     return NO_ERROR;
 }
 
-status_t Bn_zyl_kwo_service::onGetStereoMode(const Parcel&, Parcel* reply) {
+status_t getStereoMode(const Transaction& call) {
     int32_t mode = 0;
-    reply->writeInt32(getStereoMode(&mode));
-    return finish(reply->writeInt32(mode), "%s: Error writing KWO get stereo mode reply");
+    call.reply->writeInt32(call.service.getStereoMode(&mode));
+    return finish(call.reply->writeInt32(mode), "%s: Error writing KWO get stereo mode reply");
 }
 
-status_t Bn_zyl_kwo_service::onSetStereoMode(const Parcel& data, Parcel* reply) {
-    return finish(reply->writeInt32(setStereoMode(data.readInt32())),
+status_t setStereoMode(const Transaction& call) {
+    return finish(call.reply->writeInt32(call.service.setStereoMode(call.data.readInt32())),
                   "%s: Error writing KWO set stereo mode info to reply");
 }
 
-status_t Bn_zyl_kwo_service::onGetTuning(const Parcel& data, Parcel* reply) {
+status_t getTuning(const Transaction& call) {
     int32_t tuning = 0;
-    reply->writeInt32(getTuning(data.readInt32(), &tuning));
-    return finish(reply->writeInt32(tuning), "%s: error writing KWO getTuning to reply");
+    call.reply->writeInt32(call.service.getTuning(call.data.readInt32(), &tuning));
+    return finish(call.reply->writeInt32(tuning), "%s: error writing KWO getTuning to reply");
 }
 
-status_t Bn_zyl_kwo_service::onSetTuning(const Parcel& data, Parcel* reply) {
-    const int32_t route = data.readInt32();
-    const int32_t tuning = data.readInt32();
-    return finish(reply->writeInt32(setTuning(route, tuning)),
+status_t setTuning(const Transaction& call) {
+    const int32_t route = call.data.readInt32();
+    const int32_t tuning = call.data.readInt32();
+    return finish(call.reply->writeInt32(call.service.setTuning(route, tuning)),
                   "%s: error writing KWO setTuning info to reply");
 }
 
-status_t Bn_zyl_kwo_service::onGetGEQGain(const Parcel& data, Parcel* reply) {
+status_t getGEQGain(const Transaction& call) {
     uint16_t gain = 0;
-    reply->writeInt32(getGEQGain(data.readInt32(), &gain));
-    return finish(reply->writeInt32(gain), "%s: Error writing KWO get geq gain reply");
+    call.reply->writeInt32(call.service.getGEQGain(call.data.readInt32(), &gain));
+    return finish(call.reply->writeInt32(gain), "%s: Error writing KWO get geq gain reply");
 }
 
-status_t Bn_zyl_kwo_service::onSetGEQGain(const Parcel& data, Parcel* reply) {
-    const int32_t band = data.readInt32();
-    const auto gain = static_cast<uint16_t>(data.readInt32());
-    return finish(reply->writeInt32(setGEQGain(band, gain)),
+status_t setGEQGain(const Transaction& call) {
+    const int32_t band = call.data.readInt32();
+    const auto gain = static_cast<uint16_t>(call.data.readInt32());
+    return finish(call.reply->writeInt32(call.service.setGEQGain(band, gain)),
                   "%s: Error writing KWO set geq gain info to reply");
 }
 
-status_t Bn_zyl_kwo_service::onGetVersionString(const Parcel&, Parcel* reply) {
+status_t getVersionString(const Transaction& call) {
     char text[kVersionStringSize] = {};
     int32_t length = sizeof(text);
-    getVersionString(text, &length);
-    return finishSilently(reply->writeCString(text));
+    call.service.getVersionString(text, &length);
+    return finishSilently(call.reply->writeCString(text));
 }
 
-status_t Bn_zyl_kwo_service::onSetGEQEnable(const Parcel& data, Parcel* reply) {
-    return finish(reply->writeInt32(setGEQEnable(data.readInt32())),
+status_t setGEQEnable(const Transaction& call) {
+    return finish(call.reply->writeInt32(call.service.setGEQEnable(call.data.readInt32())),
                   "%s: Error writing KWO set geq enable info to reply");
 }
 
-status_t Bn_zyl_kwo_service::onGetGEQEnable(const Parcel&, Parcel* reply) {
+status_t getGEQEnable(const Transaction& call) {
     int32_t enabled = 0;
-    reply->writeInt32(getGEQEnable(&enabled));
-    return finish(reply->writeInt32(enabled), "%s: Error writing KWO get geq enable reply");
+    call.reply->writeInt32(call.service.getGEQEnable(&enabled));
+    return finish(call.reply->writeInt32(enabled), "%s: Error writing KWO get geq enable reply");
 }
 
-status_t Bn_zyl_kwo_service::onGetGEQGainAll(const Parcel&, Parcel* reply) {
+status_t getGEQGainAll(const Transaction& call) {
     uint16_t gains[kGEQBandCount] = {};
-    reply->writeInt32(getGEQGainAll(gains));
-    return finish(writeAll(reply, gains, kGEQBandCount),
+    call.reply->writeInt32(call.service.getGEQGainAll(gains));
+    return finish(writeAll(call.reply, gains, kGEQBandCount),
                   "%s: Problem writing GEQ gains, failed transaction");
 }
 
-status_t Bn_zyl_kwo_service::onSetGEQGainAll(const Parcel& data, Parcel* reply) {
+status_t setGEQGainAll(const Transaction& call) {
     uint16_t gains[kGEQBandCount];
-    for (uint16_t& gain : gains) gain = static_cast<uint16_t>(data.readInt32());
-    return finish(reply->writeInt32(setGEQGainAll(gains)),
+    for (uint16_t& gain : gains) gain = static_cast<uint16_t>(call.data.readInt32());
+    return finish(call.reply->writeInt32(call.service.setGEQGainAll(gains)),
                   "%s: Error writing KWO set geq geq gain all info to reply");
 }
 
-status_t Bn_zyl_kwo_service::onSetListeningTestResult(const Parcel& data, Parcel* reply) {
+status_t setListeningTestResult(const Transaction& call) {
     float values[4];
-    for (float& value : values) value = data.readFloat();
-    return finish(
-            reply->writeInt32(setListeningTestResult(values[0], values[1], values[2], values[3])),
-            "%s: Error writing KWO set listening test result to reply");
+    for (float& value : values) value = call.data.readFloat();
+    return finish(call.reply->writeInt32(call.service.setListeningTestResult(values[0], values[1],
+                                                                             values[2], values[3])),
+                  "%s: Error writing KWO set listening test result to reply");
 }
 
-status_t Bn_zyl_kwo_service::onGetListeningTestResult(const Parcel&, Parcel* reply) {
+status_t getListeningTestResult(const Transaction& call) {
     float values[4] = {};
-    const int32_t result = getListeningTestResult(&values[0], &values[1], &values[2], &values[3]);
-    if (reply->writeInt32(result) != NO_ERROR || result != 0) {
-        // Speaks of setting, as clients' log filters expect.
+    const int32_t result =
+            call.service.getListeningTestResult(&values[0], &values[1], &values[2], &values[3]);
+    if (call.reply->writeInt32(result) != NO_ERROR || result != 0) {
+        // The text is setListeningTestResult's, too; it is fixed, see docs/operating.md.
         return fail("%s: Error writing KWO set listening test result to reply");
     }
     for (float value : values) {
-        const status_t status = reply->writeFloat(value);
+        const status_t status = call.reply->writeFloat(value);
         if (status != NO_ERROR) return finishSilently(status);
     }
     return NO_ERROR;
 }
 
-status_t Bn_zyl_kwo_service::onResetListeningTestResult(const Parcel&, Parcel* reply) {
-    return finish(reply->writeInt32(resetListeningTestResult()),
+status_t resetListeningTestResult(const Transaction& call) {
+    return finish(call.reply->writeInt32(call.service.resetListeningTestResult()),
                   "%s: Error writing KWO reset listening test result to reply");
 }
 
-status_t Bn_zyl_kwo_service::onGetActiveRoute(const Parcel& data, Parcel* reply) {
-    int32_t route = data.readInt32();
-    reply->writeInt32(getActiveRoute(&route));
-    return finish(reply->writeInt32(route), "%s: error writing GET_ACTIVE_ROUTE to reply");
+status_t getActiveRoute(const Transaction& call) {
+    int32_t route = call.data.readInt32();
+    call.reply->writeInt32(call.service.getActiveRoute(&route));
+    return finish(call.reply->writeInt32(route), "%s: error writing GET_ACTIVE_ROUTE to reply");
 }
 
-status_t Bn_zyl_kwo_service::onSetActiveRoute(const Parcel& data, Parcel* reply) {
-    reply->writeInt32(setActiveRoute(data.readInt32()));
+status_t setActiveRoute(const Transaction& call) {
+    call.reply->writeInt32(call.service.setActiveRoute(call.data.readInt32()));
     return NO_ERROR;
 }
 
-status_t Bn_zyl_kwo_service::onSetReloadFlag(const Parcel& data, Parcel* reply) {
-    reply->writeInt32(setReloadFlag(data.readInt32() != 0));
+status_t setReloadFlag(const Transaction& call) {
+    call.reply->writeInt32(call.service.setReloadFlag(call.data.readInt32() != 0));
     return NO_ERROR;
 }
 
-status_t Bn_zyl_kwo_service::onGetRouteMask(const Parcel& data, Parcel* reply) {
+status_t getRouteMask(const Transaction& call) {
     uint32_t mask = 0;
-    reply->writeInt32(getRouteMask(data.readInt32(), &mask));
-    return finish(reply->writeInt32(static_cast<int32_t>(mask)),
+    call.reply->writeInt32(call.service.getRouteMask(call.data.readInt32(), &mask));
+    return finish(call.reply->writeInt32(static_cast<int32_t>(mask)),
                   "%s: error writing KWO get route mask to reply");
 }
 
-status_t Bn_zyl_kwo_service::onSetFileDescriptor(const Parcel& data, Parcel* reply) {
+status_t setFileDescriptor(const Transaction& call) {
     // The parcel owns the descriptor and closes it; a mapping outlives it.
-    const int fd = data.readFileDescriptor();
-    const int32_t length = data.readInt32();
-    return finish(reply->writeInt32(setFileDescriptor(fd, length)),
+    const int fd = call.data.readFileDescriptor();
+    const int32_t length = call.data.readInt32();
+    return finish(call.reply->writeInt32(call.service.setFileDescriptor(fd, length)),
                   "%s: error writing KWO set_file_descriptor info to reply");
 }
 
-status_t Bn_zyl_kwo_service::onFetchCacheBlock(const Parcel& data, Parcel* reply) {
-    return finish(reply->writeInt32(fetchCacheBlock(data.readInt32())),
+status_t fetchCacheBlock(const Transaction& call) {
+    return finish(call.reply->writeInt32(call.service.fetchCacheBlock(call.data.readInt32())),
                   "%s: error writing into reply");
 }
 
-status_t Bn_zyl_kwo_service::onPushCacheBlock(const Parcel& data, Parcel* reply) {
-    return finish(reply->writeInt32(pushCacheBlock(data.readInt32())),
+status_t pushCacheBlock(const Transaction& call) {
+    return finish(call.reply->writeInt32(call.service.pushCacheBlock(call.data.readInt32())),
                   "%s: error writing into reply");
 }
 
-status_t Bn_zyl_kwo_service::onGetDbLevels(const Parcel&, Parcel* reply) {
+status_t getDbLevels(const Transaction& call) {
     int32_t levels[kDbLevelCount] = {};
-    reply->writeInt32(getDbLevels(levels));
-    return finish(writeAll(reply, levels, kDbLevelCount),
+    call.reply->writeInt32(call.service.getDbLevels(levels));
+    return finish(writeAll(call.reply, levels, kDbLevelCount),
                   "%s: error writing get dB levels, failed transaction");
 }
 
-status_t Bn_zyl_kwo_service::onSetDbGain(const Parcel& data, Parcel* reply) {
+status_t setDbGain(const Transaction& call) {
     int32_t levels[kDbLevelCount];
-    for (int32_t& level : levels) level = data.readInt32();
-    return finish(reply->writeInt32(setDbGain(levels)),
+    for (int32_t& level : levels) level = call.data.readInt32();
+    return finish(call.reply->writeInt32(call.service.setDbGain(levels)),
                   "%s: Error writing KWO set db gain info to reply");
+}
+
+Handler handlerFor(uint32_t code) {
+    using Code = Izyl_kwo_service::Code;
+    switch (code) {
+        case Code::GET_PLATFORM_INFO: return getPlatformInfo;
+        case Code::GET_ENABLED: return getEnabled;
+        case Code::SET_ENABLED: return setEnabled;
+        case Code::GET_STEREO_MODE: return getStereoMode;
+        case Code::SET_STEREO_MODE: return setStereoMode;
+        case Code::GET_TUNING: return getTuning;
+        case Code::SET_TUNING: return setTuning;
+        case Code::GET_GEQ_GAIN: return getGEQGain;
+        case Code::SET_GEQ_GAIN: return setGEQGain;
+        case Code::GET_VERSION_STRING: return getVersionString;
+        case Code::SET_GEQ_ENABLE: return setGEQEnable;
+        case Code::GET_GEQ_ENABLE: return getGEQEnable;
+        case Code::GET_GEQ_GAIN_ALL: return getGEQGainAll;
+        case Code::SET_GEQ_GAIN_ALL: return setGEQGainAll;
+        case Code::SET_LISTENING_TEST_RESULT: return setListeningTestResult;
+        case Code::GET_LISTENING_TEST_RESULT: return getListeningTestResult;
+        case Code::RESET_LISTENING_TEST_RESULT: return resetListeningTestResult;
+        case Code::GET_ACTIVE_ROUTE: return getActiveRoute;
+        case Code::SET_ACTIVE_ROUTE: return setActiveRoute;
+        case Code::SET_RELOAD_FLAG: return setReloadFlag;
+        case Code::GET_ROUTE_MASK: return getRouteMask;
+        case Code::SET_FILE_DESCRIPTOR: return setFileDescriptor;
+        case Code::FETCH_CACHE_BLOCK: return fetchCacheBlock;
+        case Code::PUSH_CACHE_BLOCK: return pushCacheBlock;
+        case Code::GET_DB_LEVELS: return getDbLevels;
+        case Code::SET_DB_GAIN: return setDbGain;
+        default: return zylcsHandlerFor(code);
+    }
+}
+
+// How many objects a transaction of the code may carry: the region's descriptor.
+size_t objectsOf(uint32_t code) {
+    return code == Izyl_kwo_service::SET_FILE_DESCRIPTOR ? 1 : 0;
+}
+
+}  // namespace
+
+status_t Bn_zyl_kwo_service::onTransact(uint32_t code, const Parcel& data, Parcel* reply,
+                                        uint32_t flags) {
+    if (code > LAST_CALL_TRANSACTION && data.dataSize() > kLargestPlatformRequest) {
+        return android::BAD_VALUE;
+    }
+    const Handler handler = handlerFor(code);
+    if (handler == nullptr && code != CHECKED_UNKNOWN) {
+        return BBinder::onTransact(code, data, reply, flags);
+    }
+    if (!data.checkInterface(this)) return android::PERMISSION_DENIED;
+    if (handler == nullptr) return BBinder::onTransact(code, data, reply, flags);
+    if ((flags & FLAG_ONEWAY) != 0) return android::INVALID_OPERATION;
+    if (data.objectsCount() > objectsOf(code)) return android::BAD_TYPE;
+    return handler({*this, data, reply, mKeptBytes});
 }

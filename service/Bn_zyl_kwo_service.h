@@ -1,7 +1,14 @@
 // The only door into the service: unpacks a transaction, calls its operation, packs the reply.
 //
 // Runs on any binder thread, holds no lock and keeps all its buffers on the stack or in the call.
-// What the interface token does not open is answered PERMISSION_DENIED before anything is read.
+//
+// A transaction of one of the interface's codes is refused before its arguments are read:
+//   PERMISSION_DENIED  without the interface token;
+//   INVALID_OPERATION  when it is one-way: every code has a reply, and a caller that does not wait
+//                      for it could queue up work that goes on after its death;
+//   BAD_TYPE           when it carries objects (binders, descriptors) that its code does not take:
+//                      where one stands, the parcel would be read as words, and they would be this
+//                      process's addresses and descriptor numbers.
 
 #ifndef ZYL_SERVICE_BN_ZYL_KWO_SERVICE_H
 #define ZYL_SERVICE_BN_ZYL_KWO_SERVICE_H
@@ -18,59 +25,7 @@ class Bn_zyl_kwo_service : public android::BnInterface<Izyl_kwo_service> {
                                  uint32_t flags) override;
 
   private:
-    using Handler = android::status_t (Bn_zyl_kwo_service::*)(const android::Parcel& data,
-                                                              android::Parcel* reply);
-    static Handler handlerFor(uint32_t code);
-
-    // One for each code, in the order of the codes.
-    android::status_t onGetPlatformInfo(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetEnabled(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetEnabled(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetStereoMode(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetStereoMode(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetTuning(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetTuning(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetGEQGain(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetGEQGain(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetVersionString(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetGEQEnable(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetGEQEnable(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetGEQGainAll(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetGEQGainAll(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetSpeakerZylcsTuning(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetSecondSpeakerZylcsTuning(const android::Parcel& data,
-                                                    android::Parcel* reply);
-    android::status_t onGetSpeakerZylcsTuningName(const android::Parcel& data,
-                                                  android::Parcel* reply);
-    android::status_t onGetSecondSpeakerZylcsTuningName(const android::Parcel& data,
-                                                        android::Parcel* reply);
-    android::status_t onSetAccessoryZylcsTuning(const android::Parcel& data,
-                                                android::Parcel* reply);
-    android::status_t onGetAccessoryZylcsTuningName(const android::Parcel& data,
-                                                    android::Parcel* reply);
-    android::status_t onSetStereoRoomZylcsTuning(const android::Parcel& data,
-                                                 android::Parcel* reply);
-    android::status_t onGetStereoRoomZylcsTuningName(const android::Parcel& data,
-                                                     android::Parcel* reply);
-    android::status_t onSetMultiChannelRoomZylcsTuning(const android::Parcel& data,
-                                                       android::Parcel* reply);
-    android::status_t onGetMultiChannelRoomZylcsTuningName(const android::Parcel& data,
-                                                           android::Parcel* reply);
-    android::status_t onSetListeningTestResult(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetListeningTestResult(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onResetListeningTestResult(const android::Parcel& data,
-                                                 android::Parcel* reply);
-    android::status_t onGetActiveRoute(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetActiveRoute(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetReloadFlag(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetRouteMask(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetFileDescriptor(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onFetchCacheBlock(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onPushCacheBlock(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onGetDbLevels(const android::Parcel& data, android::Parcel* reply);
-    android::status_t onSetDbGain(const android::Parcel& data, android::Parcel* reply);
-
-    // Of blobs that stay allocated; see Bn_zylcs_transactions.cpp.
+    // Bytes of blobs that stay allocated; see Bn_zylcs_transactions.cpp.
     std::atomic<size_t> mKeptBytes{0};
 };
 

@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cstdlib>
 
-#include "service/Bn_zyl_kwo_service.h"
 #include "service/transaction.h"
 
 using android::NO_ERROR;
@@ -60,91 +59,90 @@ class Blob {
     size_t mArrived = 0;
 };
 
+// Operations on tuning data, for one thing and for one of several.
+using SetTuning = int32_t (Izyl_kwo_service::*)(const uint8_t*, int32_t, uint8_t*, int32_t);
+using SetTuningOf = int32_t (Izyl_kwo_service::*)(int32_t, const uint8_t*, int32_t, uint8_t*,
+                                                  int32_t);
+using GetName = int32_t (Izyl_kwo_service::*)(char*, int32_t*);
+using GetNameOf = int32_t (Izyl_kwo_service::*)(int32_t, char*, int32_t*);
+
 // `operation` takes both blobs with their sizes and returns the result to reply with. The two
 // speaker codes keep their first blob allocated after the transaction; the others free both.
 template <typename Operation>
-status_t zylcsTransaction(const Parcel& data, Parcel* reply, std::atomic<size_t>* firstKept,
-                          Operation operation) {
-    const Blob zylcs(data, firstKept);
+status_t withBlobs(const Transaction& call, std::atomic<size_t>* firstKept, Operation operation) {
+    const Blob zylcs(call.data, firstKept);
     if (zylcs.bytes() == nullptr) return android::FAILED_TRANSACTION;
-    const Blob work(data, nullptr);
+    const Blob work(call.data, nullptr);
     if (work.bytes() == nullptr) return android::FAILED_TRANSACTION;
-    return finishSilently(
-            reply->writeInt32(operation(zylcs.bytes(), zylcs.size(), work.bytes(), work.size())));
+    return finishSilently(call.reply->writeInt32(
+            operation(zylcs.bytes(), zylcs.size(), work.bytes(), work.size())));
+}
+
+template <SetTuning set>
+status_t setSpeaker(const Transaction& call) {
+    return withBlobs(call, &call.keptBytes,
+                     [&call](auto... blobs) { return (call.service.*set)(blobs...); });
+}
+
+template <SetTuning set>
+status_t setTuning(const Transaction& call) {
+    return withBlobs(call, nullptr,
+                     [&call](auto... blobs) { return (call.service.*set)(blobs...); });
+}
+
+template <SetTuningOf set>
+status_t setTuningOf(const Transaction& call) {
+    const int32_t which = call.data.readInt32();
+    return withBlobs(call, nullptr, [&call, which](auto... blobs) {
+        return (call.service.*set)(which, blobs...);
+    });
 }
 
 // `operation` fills a name and its length and returns the result to reply with.
 template <typename Operation>
-status_t nameTransaction(Parcel* reply, Operation operation) {
+status_t withName(const Transaction& call, Operation operation) {
     char name[kZylcsNameSize] = {};
     int32_t length = kZylcsNameSize;
     const int32_t result = operation(name, &length);
     const int32_t head[] = {result, length};
-    const status_t status = writeAll(reply, head, 2);
-    return finishSilently(status == NO_ERROR ? reply->writeCString(name) : status);
+    const status_t status = writeAll(call.reply, head, 2);
+    return finishSilently(status == NO_ERROR ? call.reply->writeCString(name) : status);
+}
+
+template <GetName get>
+status_t getName(const Transaction& call) {
+    return withName(call, [&call](char* name, int32_t* length) {
+        return (call.service.*get)(name, length);
+    });
+}
+
+template <GetNameOf get>
+status_t getNameOf(const Transaction& call) {
+    const int32_t which = call.data.readInt32();
+    return withName(call, [&call, which](char* name, int32_t* length) {
+        return (call.service.*get)(which, name, length);
+    });
 }
 
 }  // namespace
 
-status_t Bn_zyl_kwo_service::onSetSpeakerZylcsTuning(const Parcel& data, Parcel* reply) {
-    return zylcsTransaction(data, reply, &mKeptBytes,
-                            [this](auto... blobs) { return setSpeakerZylcsTuning(blobs...); });
-}
-
-status_t Bn_zyl_kwo_service::onSetSecondSpeakerZylcsTuning(const Parcel& data, Parcel* reply) {
-    return zylcsTransaction(data, reply, &mKeptBytes, [this](auto... blobs) {
-        return setSecondSpeakerZylcsTuning(blobs...);
-    });
-}
-
-status_t Bn_zyl_kwo_service::onGetSpeakerZylcsTuningName(const Parcel&, Parcel* reply) {
-    return nameTransaction(reply, [this](char* name, int32_t* length) {
-        return getSpeakerZylcsTuningName(name, length);
-    });
-}
-
-status_t Bn_zyl_kwo_service::onGetSecondSpeakerZylcsTuningName(const Parcel&, Parcel* reply) {
-    return nameTransaction(reply, [this](char* name, int32_t* length) {
-        return getSecondSpeakerZylcsTuningName(name, length);
-    });
-}
-
-status_t Bn_zyl_kwo_service::onSetAccessoryZylcsTuning(const Parcel& data, Parcel* reply) {
-    const int32_t route = data.readInt32();
-    return zylcsTransaction(data, reply, nullptr, [this, route](auto... blobs) {
-        return setAccessoryZylcsTuning(route, blobs...);
-    });
-}
-
-status_t Bn_zyl_kwo_service::onGetAccessoryZylcsTuningName(const Parcel& data, Parcel* reply) {
-    const int32_t route = data.readInt32();
-    return nameTransaction(reply, [this, route](char* name, int32_t* length) {
-        return getAccessoryZylcsTuningName(route, name, length);
-    });
-}
-
-status_t Bn_zyl_kwo_service::onSetStereoRoomZylcsTuning(const Parcel& data, Parcel* reply) {
-    const int32_t index = data.readInt32();
-    return zylcsTransaction(data, reply, nullptr, [this, index](auto... blobs) {
-        return setStereoRoomZylcsTuning(index, blobs...);
-    });
-}
-
-status_t Bn_zyl_kwo_service::onGetStereoRoomZylcsTuningName(const Parcel& data, Parcel* reply) {
-    const int32_t index = data.readInt32();
-    return nameTransaction(reply, [this, index](char* name, int32_t* length) {
-        return getStereoRoomZylcsTuningName(index, name, length);
-    });
-}
-
-status_t Bn_zyl_kwo_service::onSetMultiChannelRoomZylcsTuning(const Parcel& data, Parcel* reply) {
-    return zylcsTransaction(data, reply, nullptr, [this](auto... blobs) {
-        return setMultiChannelRoomZylcsTuning(blobs...);
-    });
-}
-
-status_t Bn_zyl_kwo_service::onGetMultiChannelRoomZylcsTuningName(const Parcel&, Parcel* reply) {
-    return nameTransaction(reply, [this](char* name, int32_t* length) {
-        return getMultiChannelRoomZylcsTuningName(name, length);
-    });
+Handler zylcsHandlerFor(uint32_t code) {
+    using I = Izyl_kwo_service;
+    switch (code) {
+        case I::SET_SPEAKER_ZYLCS_TUNING: return setSpeaker<&I::setSpeakerZylcsTuning>;
+        case I::SET_SECOND_SPEAKER_ZYLCS_TUNING: return setSpeaker<&I::setSecondSpeakerZylcsTuning>;
+        case I::GET_SPEAKER_ZYLCS_TUNING_NAME: return getName<&I::getSpeakerZylcsTuningName>;
+        case I::GET_SECOND_SPEAKER_ZYLCS_TUNING_NAME:
+            return getName<&I::getSecondSpeakerZylcsTuningName>;
+        case I::SET_ACCESSORY_ZYLCS_TUNING: return setTuningOf<&I::setAccessoryZylcsTuning>;
+        case I::GET_ACCESSORY_ZYLCS_TUNING_NAME: return getNameOf<&I::getAccessoryZylcsTuningName>;
+        case I::SET_STEREO_ROOM_ZYLCS_TUNING: return setTuningOf<&I::setStereoRoomZylcsTuning>;
+        case I::GET_STEREO_ROOM_ZYLCS_TUNING_NAME:
+            return getNameOf<&I::getStereoRoomZylcsTuningName>;
+        case I::SET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING:
+            return setTuning<&I::setMultiChannelRoomZylcsTuning>;
+        case I::GET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING_NAME:
+            return getName<&I::getMultiChannelRoomZylcsTuningName>;
+        default: return nullptr;
+    }
 }

@@ -4,22 +4,51 @@
 #include <unistd.h>
 #include <utils/String8.h>
 
+#include <atomic>
+
 #include "service/process.h"
 #include "service/zyl_kwo_service.h"
 
 using namespace android;
 
+namespace {
+
+// The permission service is another process: it may be stopped or hang. Only so many callers wait
+// for it, so that the binder pool keeps its threads for those who set and ask.
+constexpr int kMostWaiting = 2;
+std::atomic<int> gWaiting{0};
+
+// One of those places, for as long as it lives.
+class WaitingPlace {
+  public:
+    WaitingPlace() : mIsFree(gWaiting++ < kMostWaiting) {}
+    WaitingPlace(const WaitingPlace&) = delete;
+    WaitingPlace& operator=(const WaitingPlace&) = delete;
+    ~WaitingPlace() { --gWaiting; }
+
+    bool isFree() const { return mIsFree; }
+
+  private:
+    const bool mIsFree;
+};
+
+String8 textForCaller() {
+    static const String16 kDumpPermission("android.permission.DUMP");
+    const WaitingPlace place;
+    if (!place.isFree()) return String8("zyl_kwo_service is busy with other dumps, try again\n");
+    if (PermissionCache::checkCallingPermission(kDumpPermission)) {
+        return String8("zyl_kwo_service dump.......");
+    }
+    const IPCThreadState* caller = IPCThreadState::self();
+    return String8::format("Permission Denial: can't dump zyl_kwo_service from pid=%d, uid=%d\n",
+                           caller->getCallingPid(), caller->getCallingUid());
+}
+
+}  // namespace
+
 // Says that the service is there, and no more: a dump may come from a bug report.
 status_t zyl_kwo_service::dump(int fd, const Vector<String16>& /*args*/) {
-    static const String16 kDumpPermission("android.permission.DUMP");
-
-    String8 text("zyl_kwo_service dump.......");
-    if (!PermissionCache::checkCallingPermission(kDumpPermission)) {
-        const IPCThreadState* caller = IPCThreadState::self();
-        text = String8::format(
-                "Permission Denial: can't dump zyl_kwo_service from pid=%d, uid=%d\n",
-                caller->getCallingPid(), caller->getCallingUid());
-    }
+    const String8 text = textForCaller();
     if (write(fd, text.string(), text.size()) < 0) {
         __android_log_print(
                 ANDROID_LOG_ERROR, kServiceLogTag, "%s: error writing string",

@@ -2,10 +2,13 @@
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 
+#include "driver/descriptor.h"
 #include "driver/driver_log.h"
 #include "service/process.h"
 #include "service/zyl_kwo_service.h"
@@ -19,11 +22,31 @@ void logStartUp(int priority, const char* format, Arguments... arguments) {
     __android_log_print(priority, kDriverLogTag, format, kZylKwoServiceName, arguments...);
 }
 
-// The registration keeps the service alive; without one it goes, and saves its settings, here.
+// The service manager that comes after one that died knows nothing of this service: nobody would
+// find it again. init starts it anew, and then it registers. What clients set is saved with each
+// call.
+class ServiceManagerWatch : public IBinder::DeathRecipient {
+  public:
+    void binderDied(const wp<IBinder>&) override {
+        logStartUp(ANDROID_LOG_ERROR, "%s The ServiceManager died, ending");
+        // At once: other threads are in the middle of calls.
+        _exit(EXIT_FAILURE);
+    }
+};
+
+// Lives as long as the process, as nobody unlinks it.
+void watchServiceManager() {
+    static const sp<ServiceManagerWatch> watch = new ServiceManagerWatch;
+    ProcessState::self()->getContextObject(nullptr)->linkToDeath(watch);
+}
+
+// The registration keeps the service alive; without one it goes here. On its way out it saves its
+// settings.
 status_t registerService() {
     const sp<zyl_kwo_service> service = new zyl_kwo_service;
     // A client that closed its end of a descriptor must not end the process.
     signal(SIGPIPE, SIG_IGN);
+    watchServiceManager();
     return defaultServiceManager()->addService(String16(kZylKwoServiceName), service, false);
 }
 
@@ -35,6 +58,7 @@ int main(int argc, char** argv) {
     if (argc >= 2 && strcmp(argv[1], "-stub") == 0) {
         logStartUp(ANDROID_LOG_INFO, "%s Starting in stub mode (not opening driver)");
     }
+    keepDescriptorsInReserve();
     if (registerService() != NO_ERROR) {
         logStartUp(ANDROID_LOG_ERROR, "%s Failed to add to the ServiceManager");
         return -1;

@@ -1,3 +1,3 @@
 #include "service/service_lock.h"
 
-android::Mutex gServiceLock;
+FairLock gServiceLock;

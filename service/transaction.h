@@ -1,4 +1,4 @@
-// How a transaction ends: what the dispatcher's handlers share.
+// A transaction on its way through the dispatcher: what its handler gets, and how it ends.
 
 #ifndef ZYL_SERVICE_TRANSACTION_H
 #define ZYL_SERVICE_TRANSACTION_H
@@ -6,7 +6,24 @@
 #include <android/log.h>
 #include <binder/Parcel.h>
 
+#include <atomic>
+
+#include "interface/Izyl_kwo_service.h"
 #include "service/process.h"
+
+// The token is checked; the arguments are next in `data`.
+struct Transaction {
+    Izyl_kwo_service& service;
+    const android::Parcel& data;
+    android::Parcel* reply;
+    std::atomic<size_t>& keptBytes;
+};
+
+// Reads the arguments, calls the operation and writes the reply. Returns the transaction's status.
+using Handler = android::status_t (*)(const Transaction& transaction);
+
+// Bn_zylcs_transactions.cpp: codes 19 to 28; null for all others.
+Handler zylcsHandlerFor(uint32_t code);
 
 constexpr char kDispatcherFunction[] =
         "virtual status_t Bn_zyl_kwo_service::onTransact(uint32_t, const android::Parcel &, "

@@ -1,17 +1,21 @@
 // The service object: the user's settings, the driver, and the operations that keep the two in
 // step.
 //
-// One object a process, built before it is registered and alive until the process ends. Binder
-// threads call the operations concurrently; each takes gServiceLock for its whole body unless its
-// comment says otherwise.
+// There is one object a process. It is built before it is registered, and it lives until the
+// process ends. Binder threads call its operations at the same time.
+//
+// Two locks make them take turns. gServiceLock is held by an operation from its first look at the
+// settings to its last request to the DSP. gRecordLock, which is taken before it, is held by the
+// operations that take in tuning data and listening tests, for as long as they run. What runs
+// without gServiceLock is named below, with the reason.
 
 #ifndef ZYL_SERVICE_ZYL_KWO_SERVICE_H
 #define ZYL_SERVICE_ZYL_KWO_SERVICE_H
 
+#include <array>
 #include <atomic>
 #include <initializer_list>
 #include <memory>
-#include <optional>
 
 #include "driver/zyl_driver.h"
 #include "service/Bn_zyl_kwo_service.h"
@@ -46,13 +50,14 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     int32_t getGEQGainAll(uint16_t gains[kGEQBandCount]) override;
     int32_t setGEQGainAll(const uint16_t gains[kGEQBandCount]) override;
 
-    // operations/version.cpp, without the lock.
+    // operations/version.cpp, without a lock: it asks nothing that changes.
     int32_t getVersionString(char* text, int32_t* length) override;
     int32_t getPlatformInfo(PlatformInfoRecord* info) override;
     int32_t unsupportedOperation() override;
 
-    // operations/zylcs_tuning.cpp; without the lock: folding data in, as it may take long,
-    // remembering a name, but for the speaker's, and telling one.
+    // operations/zylcs_tuning.cpp. Setters fold the data into a record without gServiceLock,
+    // because the conversion may take long; they reload the blocks under it; they remember the name
+    // and save without it again, except for the speaker's. Getters take no lock.
     int32_t setSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize, uint8_t* work,
                                   int32_t workSize) override;
     int32_t setSecondSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize, uint8_t* work,
@@ -71,13 +76,13 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
                                          int32_t* length) override;
     int32_t getMultiChannelRoomZylcsTuningName(char name[kZylcsNameSize], int32_t* length) override;
 
-    // operations/listening_test.cpp; without the lock: folding a test in, remembering it, telling
-    // it.
+    // operations/listening_test.cpp. Setting a test is done like setting tuning data; resetting it
+    // runs under both locks. The getter takes no lock.
     int32_t setListeningTestResult(float a, float b, float c, float d) override;
     int32_t getListeningTestResult(float* a, float* b, float* c, float* d) override;
     int32_t resetListeningTestResult() override;
 
-    // operations/routes_and_levels.cpp; the active route without the lock.
+    // operations/routes_and_levels.cpp. The active route is one atomic word and takes no lock.
     int32_t getActiveRoute(int32_t* route) override;
     int32_t setActiveRoute(int32_t route) override;
     int32_t getRouteMask(int32_t route, uint32_t* mask) override;
@@ -87,8 +92,8 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     // operations/apply.cpp
     int32_t setReloadFlag(bool forced) override;
 
-    // operations/shared_memory.cpp; all three without the lock, so that whole-block copies never
-    // keep other clients waiting.
+    // operations/shared_memory.cpp. None of the three takes a lock, so that copies of whole blocks
+    // keep no other client waiting.
     int32_t setFileDescriptor(int fd, int32_t length) override;
     int32_t fetchCacheBlock(int32_t block) override;
     int32_t pushCacheBlock(int32_t block) override;
@@ -98,45 +103,50 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     ~zyl_kwo_service() override;
 
   private:
-    enum Generation { kNone = 0, kTorvane = 1, kMaldor = 2 };
+    using Identifier = zylSettingsStructMaldor::Identifier;
     enum class Writes { kChained, kUnconditional };
 
-    void selectGeneration();
+    // For `generation`; null is none.
+    explicit zyl_kwo_service(const Generation* generation);
 
     // The common apply path, operations/apply.cpp. Results are the driver's.
 
     // Rebuilds and uploads all three blocks. Always 0; a block that cannot be loaded is skipped.
-    int32_t rebuildPipeline(uint32_t forced) EXCLUDES(gServiceLock);
+    int32_t rebuildPipeline(uint32_t forced) ZYL_EXCLUDES(gServiceLock);
 
     // Loads the tuning file of `block`; `on` is the state of the effect that it is wanted for.
     int32_t loadBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block, bool on)
-            REQUIRES(gServiceLock);
+            ZYL_REQUIRES(gServiceLock);
     // Lays the settings over a loaded image and uploads it.
-    int32_t uploadBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block) REQUIRES(gServiceLock);
+    int32_t uploadBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block)
+            ZYL_REQUIRES(gServiceLock);
     // Both, for the stored state of the effect. Returns the load's result.
-    int32_t rebuildBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block) REQUIRES(gServiceLock);
-    int32_t rebuildBlockZero() REQUIRES(gServiceLock);
+    int32_t rebuildBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block)
+            ZYL_REQUIRES(gServiceLock);
+    int32_t rebuildBlockZero() ZYL_REQUIRES(gServiceLock);
 
     // Loads and uploads the blocks in turn, each with forced parameters and announcement, and stops
-    // at the first that fails. Returns a ZylKwoResult.
+    // at the first that fails. Returns a zylKwoErrors.
     int32_t reloadBlocks(std::initializer_list<CacheBlockType> blocks, bool on)
-            REQUIRES(gServiceLock);
+            ZYL_REQUIRES(gServiceLock);
 
     // Sends the buffer as `row` to the blocks in turn until one write fails; `size` bytes of it.
     // Returns the last write's result.
     int32_t sendToBlocks(ParameterBuffer& buffer, int32_t row, uint32_t size,
-                         std::initializer_list<CacheBlockType> blocks) REQUIRES(gServiceLock);
+                         std::initializer_list<CacheBlockType> blocks) ZYL_REQUIRES(gServiceLock);
     // Writes a row's value to blocks 1 and 2; chained, only while the writes succeed.
-    int32_t writeParameterEntry(int32_t row, uint32_t value, Writes writes) REQUIRES(gServiceLock);
+    int32_t writeParameterEntry(int32_t row, uint32_t value, Writes writes)
+            ZYL_REQUIRES(gServiceLock);
     // Clears a run of rows in blocks 1 and 2 until one write fails.
-    int32_t clearParameterEntries(int32_t first, int32_t end) REQUIRES(gServiceLock);
+    int32_t clearParameterEntries(int32_t first, int32_t end) ZYL_REQUIRES(gServiceLock);
 
     // Sends gains to all three blocks in their order, operations/equaliser.cpp.
-    int32_t sendGains(ParameterBuffer& buffer, int32_t row, uint32_t size) REQUIRES(gServiceLock);
+    int32_t sendGains(ParameterBuffer& buffer, int32_t row, uint32_t size)
+            ZYL_REQUIRES(gServiceLock);
 
     // Does nothing unless forced mode is on.
-    int32_t applyForcedParameters() REQUIRES(gServiceLock);
-    void applyForcedParametersAndAnnounce() REQUIRES(gServiceLock);
+    int32_t applyForcedParameters() ZYL_REQUIRES(gServiceLock);
+    void applyForcedParametersAndAnnounce() ZYL_REQUIRES(gServiceLock);
 
     // The region's address, or null when it is shorter than a pipeline image; MAP_FAILED, with
     // errno, when it cannot be mapped, or when regions have used up their share of the address
@@ -148,34 +158,33 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     // Folds tuning data into one of the speaker's two records.
     int32_t setSpeakerTuning(bool on, const ZylcsData& zylcs);
     // Blocks 1 and 2 for the effect being on; takes the lock.
-    int32_t reloadLineoutAndBluetooth() EXCLUDES(gServiceLock);
+    int32_t reloadLineoutAndBluetooth() ZYL_EXCLUDES(gServiceLock);
     // Keeps the data's identifier and saves. Returns 0.
-    int32_t remember(zylSettingsStructMaldor::Identifier which, const ZylcsData& zylcs);
-    // `identifier` is where Maldor keeps the name; none is refused.
-    int32_t getName(std::optional<zylSettingsStructMaldor::Identifier> identifier, char* name,
-                    const int32_t* length);
+    int32_t remember(Identifier which, const ZylcsData& zylcs) ZYL_REQUIRES(gRecordLock);
+    // `which` is where Maldor keeps the name; null is refused.
+    int32_t getName(const Identifier* which, char* name, const int32_t* length);
 
-    zylSettingsStruct& settings() REQUIRES(gServiceLock) {
+    zylSettingsStruct& settings() ZYL_REQUIRES(gServiceLock) {
         return *mSettingsHolder->getSettingsStruct();
     }
-    // Only on Maldor. Not guarded: tuning data and listening tests are folded into the records, and
-    // remembered, without the lock, so that a long conversion keeps nobody waiting.
-    zylSettingsStructMaldor& maldor() {
-        return *static_cast<zylSettingsStructMaldor*>(mSettingsHolder->getSettingsStruct());
-    }
+    // For operations that run without gServiceLock: copies of whole blocks, and queries. Each of
+    // the driver's requests is independent of the others.
+    zylDriver& driverWithoutLock() ZYL_UNCHECKED { return mDriver; }
 
-    // Constant after construction. There is a holder whenever there is a generation.
-    const char* const mDevicePath = nullptr;
-    Generation mGeneration = kNone;
-    std::unique_ptr<zylSettingsHolder> mSettingsHolder;
+    // Constant after construction.
+    const char* const mDevicePath = nullptr;  // no device is told from another; it stays null
+    const std::unique_ptr<zylSettingsHolder> mSettingsHolder ZYL_PT_GUARDED_BY(gServiceLock);
+    const bool mHasTuningNumbers;
+    // The holder's; null where the generation takes in no tuning data. Not guarded by gServiceLock:
+    // its setters demand gRecordLock, its getters no lock.
+    zylSettingsStructMaldor* const mMaldor;
 
-    // Guarded: what the DSP is driven by.
-    uint32_t mForcedMode GUARDED_BY(gServiceLock) = 0;
-    int32_t mDbLevels[kDbLevelCount] GUARDED_BY(gServiceLock);
+    // What the DSP is driven by, and by what.
+    zylDriver mDriver ZYL_GUARDED_BY(gServiceLock);
+    uint32_t mForcedMode ZYL_GUARDED_BY(gServiceLock) = 0;
+    std::array<int32_t, kDbLevelCount> mDbLevels ZYL_GUARDED_BY(gServiceLock);
 
-    // Deliberately unguarded: the driver's requests are independent of each other, and the others
-    // are single words that clients own.
-    zylDriver mDriver;
+    // Single words that clients own, deliberately unguarded.
     std::atomic<int32_t> mActiveRoute{0};
     // Mapped from a client, at least one pipeline image long; null while there is none.
     std::atomic<uint8_t*> mSharedRegion{nullptr};

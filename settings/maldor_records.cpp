@@ -1,17 +1,19 @@
 // Folding tuning data into the saved pipeline records of the Maldor generation.
 
+#include <fcntl.h>
+
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <new>
 
+#include "driver/data_directory.h"
+#include "driver/descriptor.h"
 #include "driver/pipeline.h"
-#include "settings/files.h"
+#include "settings/replace_file.h"
 #include "settings/settings_struct_maldor.h"
 
 namespace {
 
-constexpr char kRecordDirectory[] = "/data/misc/zyl/";
 constexpr uint32_t kQuorinPipelineSize = 61700;
 
 // The one field of a record that is this service's: whether a listening test is part of it.
@@ -25,16 +27,16 @@ void setListeningTestState(void* record, uint32_t state) {
 
 zylKwoErrors errorFromLibrary(int32_t result) {
     switch (result) {
-        case 0: return kSettingsOk;
-        case -2: return kSettingsBadArgument;
-        case -3: return kSettingsNoMemory;
-        case -4: return kSettingsUnsupported;
-        case -5: return kSettingsConversionFailed5;
-        case -6: return kSettingsConversionFailed6;
-        case -7: return kSettingsConversionFailed7;
-        case -8: return kSettingsConversionFailed8;
-        case -9: return kSettingsConversionFailed9;
-        default: return kSettingsConversionFailed;
+        case 0: return kZylKwoOk;
+        case -2: return kZylKwoBadArgument;
+        case -3: return kZylKwoNoMemory;
+        case -4: return kZylKwoUnsupported;
+        case -5: return kZylKwoConversionFailed5;
+        case -6: return kZylKwoConversionFailed6;
+        case -7: return kZylKwoConversionFailed7;
+        case -8: return kZylKwoConversionFailed8;
+        case -9: return kZylKwoConversionFailed9;
+        default: return kZylKwoConversionFailed;
     }
 }
 
@@ -45,35 +47,39 @@ constexpr int kBluetoothAccessoryMode = 3;
 }  // namespace
 
 zylKwoErrors zylSettingsStructMaldor::loadQuorinPipeline(const std::string& path, Record* record) {
-    // Never smaller than what the library, which gets no size, takes for a pipeline.
-    const uint32_t size = std::max(kQuorinPipelineSize, quorinPipelineSize());
-    record->reset(new (std::nothrow) uint8_t[size]());
-    if (*record == nullptr) return kSettingsNoMemory;
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(path.c_str(), "rbe"), fclose);
-    if (file == nullptr) return kSettingsFileFailed;
-    const size_t read = fread(record->get(), 1, kQuorinPipelineSize, file.get());
-    return read == kQuorinPipelineSize ? kSettingsOk : kSettingsFileTooShort;
+    // The library gets no size: it takes the record for as large as the pipeline that it reports.
+    const uint32_t reported = reportedPipelineSize();
+    if (reported > kQuorinPipelineSize) {
+        logError("zylKwoErrors", "loadQuorinPipeline(std::string, zylZylcsQuorinPipeLine **)",
+                 "a record holds %u bytes, the library's pipeline has %u (file:%s)",
+                 kQuorinPipelineSize, reported, path.c_str());
+        return kZylKwoTuningTooShort;
+    }
+    record->reset(new (std::nothrow) uint8_t[kQuorinPipelineSize]());
+    if (*record == nullptr) return kZylKwoNoMemory;
+    const Descriptor file = openFile(path.c_str(), O_RDONLY);
+    if (!file.isOpen()) return kZylKwoTuningNotLoadable;
+    return readFully(file, record->get(), kQuorinPipelineSize) ? kZylKwoOk : kZylKwoTuningTooShort;
 }
 
 zylKwoErrors zylSettingsStructMaldor::saveQuorinPipeline(const std::string& path,
                                                          const Record& record) {
     if (replaceFile(path.c_str(), record.get(), kQuorinPipelineSize) !=
         ReplaceResult::kNotWritten) {
-        return kSettingsOk;
+        return kZylKwoOk;
     }
     logError("zylKwoErrors", "saveQuorinPipeline(std::string, zylZylcsQuorinPipeLine *)",
              "Error writing tuning file ...(file:%s)", path.c_str());
-    return kSettingsFileFailed;
+    return kZylKwoTuningNotLoadable;
 }
 
 zylKwoErrors zylSettingsStructMaldor::modifyRecord(const std::string& name, const Modify& modify) {
-    const std::lock_guard<std::mutex> lock(mRecordLock);
-    const std::string path = kRecordDirectory + name;
+    const std::string path = ZYL_DATA_DIRECTORY + name;
     Record record;
     zylKwoErrors result = loadQuorinPipeline(path, &record);
-    if (result != kSettingsOk) return result;
+    if (result != kZylKwoOk) return result;
     result = errorFromLibrary(modify(reinterpret_cast<_zylZylcsQuorinPipeLine*>(record.get())));
-    if (result != kSettingsOk) return result;
+    if (result != kZylKwoOk) return result;
     return saveQuorinPipeline(path, record);
 }
 
@@ -82,7 +88,7 @@ zylKwoErrors zylSettingsStructMaldor::modifyLineoutAndBluetooth(const ModifyAtRa
                                              [&modify](_zylZylcsQuorinPipeLine* record) {
                                                  return modify(kSampleRate48000, record);
                                              });
-    if (result != kSettingsOk) return result;
+    if (result != kZylKwoOk) return result;
     return modifyRecord(getTuningFileName(kRouteBluetooth, true),
                         [&modify](_zylZylcsQuorinPipeLine* record) {
                             return modify(kSampleRate44100, record);
@@ -91,7 +97,7 @@ zylKwoErrors zylSettingsStructMaldor::modifyLineoutAndBluetooth(const ModifyAtRa
 
 zylKwoErrors zylSettingsStructMaldor::applyAccessoryZylcsTuning(zylRoute route,
                                                                 const ZylcsData& zylcs) {
-    if (route != kRouteLineout && route != kRouteBluetooth) return kSettingsBadArgument;
+    if (route != kRouteLineout && route != kRouteBluetooth) return kZylKwoBadArgument;
     const bool bluetooth = route == kRouteBluetooth;
     const auto modify = [&](_zylZylcsQuorinPipeLine* record) {
         const int32_t result = ZYL_Convert_API_ModifyQuorinPipelineWithAccessoryZylcsTuning(
@@ -148,7 +154,6 @@ zylKwoErrors zylSettingsStructMaldor::applyListeningTest(float a, float b, float
 }
 
 void zylSettingsStructMaldor::resetListeningTest(zylRoute route) {
-    // At no moment a test of these values: tuning data may be applied beside this.
     mImage.listeningTestSet = 0;
     std::fill(std::begin(mImage.listeningTest), std::end(mImage.listeningTest), kNoListeningTest);
     modifyRecord(getTuningFileName(route, true), [](_zylZylcsQuorinPipeLine* record) {

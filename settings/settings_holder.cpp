@@ -1,6 +1,6 @@
 #include "settings/settings_holder.h"
 
-#include <utility>
+#include "driver/parameter_table.h"
 
 namespace {
 
@@ -14,8 +14,8 @@ void putWord(zylQuorinPipelineCtrl& ctrl, int64_t offset, uint32_t word) {
 
 }  // namespace
 
-zylSettingsHolder::zylSettingsHolder(std::unique_ptr<zylSettingsStruct> settings)
-    : mSettings(std::move(settings)) {}
+zylSettingsHolder::zylSettingsHolder(const Generation& generation)
+    : mGeneration(generation), mSettings(generation.make()) {}
 
 int32_t zylSettingsHolder::applySettingsToPipeline(zylQuorinPipelineCtrl& ctrl,
                                                    int32_t block) const {
@@ -37,7 +37,7 @@ void zylSettingsHolder::applyEffect(zylQuorinPipelineCtrl& ctrl) const {
     putWord(ctrl, second + 2 * secondSize, firstPair);
 
     // Unlike above, the two outer places are counted from the third row, in steps of the fourth
-    // row's size: the DSP wants it so.
+    // row's size: the DSP's layout is so.
     const uint32_t secondPair = on ? 0 : kEffectOffSecondPair;
     const int64_t third = offsetOf(kRowEffectThird);
     const int64_t fourthSize = g_parameterTable[kRowEffectFourth].size;
@@ -49,7 +49,7 @@ void zylSettingsHolder::applyEffect(zylQuorinPipelineCtrl& ctrl) const {
 
 void zylSettingsHolder::applyEqualiser(zylQuorinPipelineCtrl& ctrl) const {
     putWord(ctrl, offsetOf(kRowGEQEnable), mSettings->getGEQEnable());
-    for (uint32_t band = 0; band < kBandCount; ++band) {
+    for (uint32_t band = 0; band < kGEQBandCount; ++band) {
         uint16_t gain = 0;
         mSettings->getGEQGain(band, gain);
         ctrl.put(offsetOf(kRowGEQGain + static_cast<int32_t>(band)), &gain, sizeof(gain));

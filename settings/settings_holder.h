@@ -7,11 +7,13 @@
 #include <memory>
 
 #include "driver/pipeline.h"
+#include "settings/generations.h"
 #include "settings/settings_struct.h"
 
 class zylSettingsHolder {
   public:
-    explicit zylSettingsHolder(std::unique_ptr<zylSettingsStruct> settings);
+    // With the default settings of the generation.
+    explicit zylSettingsHolder(const Generation& generation);
 
     uint32_t getSettingsVersion() const { return mSettings->getCurrentVersion(); }
     void loadSettings() { mSettings->LoadStruct(); }
@@ -21,6 +23,12 @@ class zylSettingsHolder {
     // switch and the stereo mode do not reach block 0, whose tuning files carry them. Always 0.
     int32_t applySettingsToPipeline(zylQuorinPipelineCtrl& ctrl, int32_t block) const;
 
+    // What the service asks of the generation.
+    const char* tuningDirectory() const { return mGeneration.tuningDirectory; }
+    bool hasTuningNumbers() const { return mSettings->hasTuningNumbers(); }
+    // The operations on tuning data and listening tests, the holder's; null where there are none.
+    zylSettingsStructMaldor* maldor() const { return mSettings->maldor(); }
+
     // Stays the holder's.
     zylSettingsStruct* getSettingsStruct() const { return mSettings.get(); }
 
@@ -28,6 +36,7 @@ class zylSettingsHolder {
     void applyEffect(zylQuorinPipelineCtrl& ctrl) const;
     void applyEqualiser(zylQuorinPipelineCtrl& ctrl) const;
 
+    const Generation& mGeneration;
     const std::unique_ptr<zylSettingsStruct> mSettings;
 };
 

@@ -1,21 +1,20 @@
 #include "settings/settings_struct.h"
 
 #include <android/log.h>
+#include <fcntl.h>
 
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
-#include <memory>
 
-#include "settings/files.h"
+#include "driver/data_directory.h"
+#include "driver/descriptor.h"
+#include "settings/replace_file.h"
 
 namespace {
 
-// The doubled slashes appear in log lines that people search for.
-constexpr char kSettingsFile[] = "//data//misc//zyl//zyl_kwo_settings";
+constexpr char kSettingsFile[] = ZYL_LOGGED_DATA_DIRECTORY "zyl_kwo_settings";
 
-constexpr uint32_t kStereoModeCount = 3;
-constexpr uint32_t kNeutralGain = 4096;
 constexpr uint32_t kDefaultTuning[kRouteCount] = {1, 3, 0};
 
 }  // namespace
@@ -27,12 +26,12 @@ void zylSettingsStruct::logError(const char* returnType, const char* operation, 
     va_start(arguments, format);
     vsnprintf(message, sizeof(message), format, arguments);
     va_end(arguments);
-    __android_log_print(ANDROID_LOG_ERROR, mGeneration.logTag, "%s %s::%s: %s", returnType,
-                        mGeneration.className, operation, message);
+    __android_log_print(ANDROID_LOG_ERROR, mTraits.logTag, "%s %s::%s: %s", returnType,
+                        mTraits.className, operation, message);
 }
 
 void zylSettingsStruct::setStereoMode(uint32_t mode) {
-    if (mode - 1 >= kStereoModeCount) {
+    if (!isStereoMode(static_cast<int32_t>(mode))) {
         logError("virtual void", "setStereoMode(uint32_t)",
                  "stereo mode out of range error, mode tried %d", static_cast<int>(mode));
         return;
@@ -41,56 +40,57 @@ void zylSettingsStruct::setStereoMode(uint32_t mode) {
 }
 
 zylKwoErrors zylSettingsStruct::setGEQGain(uint32_t band, uint16_t gain) {
-    if (band >= kBandCount || mImage.geqEnable == 0 || !isGEQGain(gain)) {
+    if (band >= kGEQBandCount || mImage.geqEnable == 0 || !isGEQGain(gain)) {
         logError("virtual int32_t", "setGEQGain(uint32_t, uint16_t)",
                  "Setting GEQ gain out of range error, band %d", static_cast<int>(band));
-        return kSettingsBadArgument;
+        return kZylKwoBadArgument;
     }
     mImage.geqGain[band] = gain;
-    return kSettingsOk;
+    return kZylKwoOk;
 }
 
 zylKwoErrors zylSettingsStruct::refuseToGetGEQGain(uint32_t band, uint16_t& gain) const {
     gain = 0;
     logError("virtual int32_t", "getGEQGain(uint32_t, uint16_t &)",
              "Getting GEQ gain out of range error, band %d", static_cast<int>(band));
-    return kSettingsBadArgument;
+    return kZylKwoBadArgument;
 }
 
 void zylSettingsStruct::SetDefaults() {
-    mImage.version = mGeneration.currentVersion;
+    mImage.version = mTraits.currentVersion;
     mImage.enabled = 1;
     mImage.stereoMode = 2;
     std::copy(std::begin(kDefaultTuning), std::end(kDefaultTuning), mImage.tuning);
-    std::fill(std::begin(mImage.geqGain), std::end(mImage.geqGain), kNeutralGain);
+    std::fill(std::begin(mImage.geqGain), std::end(mImage.geqGain), uint32_t{kNeutralGEQGain});
     mImage.geqEnable = 0;
 }
 
 void zylSettingsStruct::LoadStruct() {
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(kSettingsFile, "rbe"), fclose);
-    if (file == nullptr) {
+    const Descriptor file = openFile(kSettingsFile, O_RDONLY);
+    if (!file.isOpen()) {
         logError("virtual void", "LoadStruct()",
                  "Error while trying to open file for loading (file:%s)", kSettingsFile);
         SetDefaults();
-        if (mGeneration.createsMissingFile) SaveStruct();
+        if (mTraits.createsMissingFile) SaveStruct();
         return;
     }
     // Straight into the fields: what a short file holds counts.
-    if (fread(&mImage, 1, mGeneration.imageSize, file.get()) != mGeneration.imageSize) {
+    if (!readFully(file, &mImage, mTraits.imageSize)) {
         logError("virtual void", "LoadStruct()", "Error reading settings file ...(file:%s)",
                  kSettingsFile);
         return;
     }
-    if (getVersion() > mGeneration.currentVersion) {
+    if (getVersion() > mTraits.currentVersion) {
         logError("virtual void", "LoadStruct()",
                  "Version problem detected, the settings file was saved with a newer version of "
                  "the service (file is version %d current service version is %d)",
-                 static_cast<int>(getVersion()), static_cast<int>(mGeneration.currentVersion));
+                 static_cast<int>(getVersion()), static_cast<int>(mTraits.currentVersion));
     }
 }
 
 void zylSettingsStruct::SaveStruct() {
-    switch (replaceFile(kSettingsFile, &mImage, mGeneration.imageSize)) {
+    const ScopedLock lock(mSaveLock);
+    switch (replaceFile(kSettingsFile, &mImage, mTraits.imageSize)) {
         case ReplaceResult::kReplaced: return;
         case ReplaceResult::kNotOpened:
             logError("virtual void", "SaveStruct()",

@@ -1,8 +1,8 @@
 // The user's settings in memory and in the settings file.
 //
-// A settings struct has no lock of its own: the service calls it under its own lock. Setters change
-// memory only; SaveStruct makes a change last. Whatever is refused is logged under the generation's
-// tag.
+// A settings struct guards nothing of what it holds: the service calls it under its own lock.
+// Setters change memory only; SaveStruct makes a change last. Whatever is refused is logged under
+// the generation's tag.
 
 #ifndef ZYL_SETTINGS_SETTINGS_STRUCT_H
 #define ZYL_SETTINGS_SETTINGS_STRUCT_H
@@ -10,7 +10,10 @@
 #include <cstdint>
 #include <string>
 
+#include "settings/fair_lock.h"
 #include "settings/settings_types.h"
+
+class zylSettingsStructMaldor;
 
 class zylSettingsStruct {
   public:
@@ -20,12 +23,17 @@ class zylSettingsStruct {
 
     // The version of the format that this build writes, and that of the image in memory, which is
     // the file's once a file was loaded.
-    uint32_t getCurrentVersion() const { return mGeneration.currentVersion; }
+    uint32_t getCurrentVersion() const { return mTraits.currentVersion; }
     uint32_t getVersion() const { return mImage.version; }
 
     // Any non-zero value is on, and is kept as it is.
     void setEnabled(uint32_t enabled) { mImage.enabled = enabled; }
     uint32_t getEnabled() const { return mImage.enabled; }
+
+    // Whether the user picks a tuning by its number for each route.
+    virtual bool hasTuningNumbers() const { return false; }
+    // What takes in tuning data and listening tests, this object itself; null where none of it is.
+    virtual zylSettingsStructMaldor* maldor() { return nullptr; }
 
     virtual zylKwoErrors setTuning(zylRoute route, uint32_t tuning) = 0;
     // The tuning number, or a zylKwoErrors as an unsigned value.
@@ -44,24 +52,25 @@ class zylSettingsStruct {
     zylKwoErrors setGEQGain(uint32_t band, uint16_t gain);
     // Sets `gain` to 0 for a band that does not exist.
     zylKwoErrors getGEQGain(uint32_t band, uint16_t& gain) const {
-        if (band >= kBandCount) return refuseToGetGEQGain(band, gain);
+        if (band >= kGEQBandCount) return refuseToGetGEQGain(band, gain);
         gain = static_cast<uint16_t>(mImage.geqGain[band]);
-        return kSettingsOk;
+        return kZylKwoOk;
     }
 
     void setGEQEnable(uint32_t enable) { mImage.geqEnable = enable; }
     uint32_t getGEQEnable() const { return mImage.geqEnable; }
 
-    // Replaces the settings file. A failure is logged; the file is then the old or the new one,
-    // whole.
-    void SaveStruct();
+    // Saves the settings file. A failure is logged; the file is then the old or the new one, whole.
+    // Any thread: what is saved last is what memory held last.
+    void SaveStruct() ZYL_EXCLUDES(mSaveLock);
     // Reads the settings file. A missing file gives the defaults. What a short file holds is taken
     // over and the rest stays as it was; a file of a newer version is taken over as it is.
     void LoadStruct();
     virtual void SetDefaults();
 
   protected:
-    struct Generation {
+    // What tells the generations' files and log lines apart.
+    struct Traits {
         const char* logTag;
         const char* className;
         uint32_t currentVersion;
@@ -70,9 +79,9 @@ class zylSettingsStruct {
     };
 
     // `image` begins the generation's persisted image of `imageSize` bytes and lives as long as
-    // this object. `generation` is a constant of the program. The caller sets the defaults.
-    zylSettingsStruct(const Generation& generation, CommonSettingsImage& image)
-        : mGeneration(generation), mImage(image) {}
+    // this object. `traits` are a constant of the program. The caller sets the defaults.
+    zylSettingsStruct(const Traits& traits, CommonSettingsImage& image)
+        : mTraits(traits), mImage(image) {}
 
     // Logs "SIGNATURE: MESSAGE", where SIGNATURE is the reporting operation's, put together from
     // the parts around the class name.
@@ -82,8 +91,10 @@ class zylSettingsStruct {
   private:
     zylKwoErrors refuseToGetGEQGain(uint32_t band, uint16_t& gain) const;
 
-    const Generation& mGeneration;
+    const Traits& mTraits;
     CommonSettingsImage& mImage;
+    // Saves take turns: they share a temporary file.
+    FairLock mSaveLock;
 };
 
 #endif  // ZYL_SETTINGS_SETTINGS_STRUCT_H

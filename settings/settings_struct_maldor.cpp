@@ -10,24 +10,34 @@ constexpr const char* kCurrentTuningStems[kRouteCount] = {"current_speaker", "cu
 
 constexpr char kNoIdentifier[kIdentifierSize] = "00000000-0000-0000-0000-000000000000";
 
+// Where the identifiers lie in the image, by zylSettingsStructMaldor::Identifier.
+constexpr size_t kIdentifierOffsets[] = {
+        offsetof(MaldorSettingsImage, lineoutAccessoryTuningId),
+        offsetof(MaldorSettingsImage, bluetoothAccessoryTuningId),
+        offsetof(MaldorSettingsImage, multiChannelRoomId),
+        offsetof(MaldorSettingsImage, lineoutStereoRoomId),
+        offsetof(MaldorSettingsImage, bluetoothStereoRoomId),
+        offsetof(MaldorSettingsImage, speakerOnTuningId),
+        offsetof(MaldorSettingsImage, speakerOffTuningId),
+};
+
 }  // namespace
 
-const zylSettingsStruct::Generation zylSettingsStructMaldor::kGeneration = {
+FairLock gRecordLock;
+
+const zylSettingsStruct::Traits zylSettingsStructMaldor::kTraits = {
         "zyl_settings_struct_maldor", "zylSettingsStructMaldor", 6, sizeof(MaldorSettingsImage),
         true};
 
-zylSettingsStructMaldor::zylSettingsStructMaldor() : zylSettingsStruct(kGeneration, mImage.common) {
+zylSettingsStructMaldor::zylSettingsStructMaldor() : zylSettingsStruct(kTraits, mImage.common) {
     zylSettingsStructMaldor::SetDefaults();
 }
 
 void zylSettingsStructMaldor::SetDefaults() {
     mImage = {};
     zylSettingsStruct::SetDefaults();
-    for (char* identifier :
-         {mImage.lineoutAccessoryTuningId, mImage.bluetoothAccessoryTuningId,
-          mImage.multiChannelRoomId, mImage.lineoutStereoRoomId, mImage.bluetoothStereoRoomId,
-          mImage.speakerOnTuningId, mImage.speakerOffTuningId}) {
-        memcpy(identifier, kNoIdentifier, kIdentifierSize);
+    for (size_t offset : kIdentifierOffsets) {
+        memcpy(imageBytes() + offset, kNoIdentifier, kIdentifierSize);
     }
     std::fill(std::begin(mImage.listeningTest), std::end(mImage.listeningTest), kNoListeningTest);
 }
@@ -36,13 +46,13 @@ zylKwoErrors zylSettingsStructMaldor::setTuning(zylRoute route, uint32_t tuning)
     logError("virtual int32_t", "setTuning(zylRoute, uint32_t)",
              "Maldor doesn't support tuning number changes, HP %d Route %d",
              static_cast<int>(tuning), static_cast<int>(route));
-    return kSettingsUnsupported;
+    return kZylKwoUnsupported;
 }
 
 uint32_t zylSettingsStructMaldor::getTuning(zylRoute route) {
     logError("virtual uint32_t", "getTuning(zylRoute)",
              "Maldor doesn't support tuning number changes, Route %d", static_cast<int>(route));
-    return static_cast<uint32_t>(kSettingsUnsupported);
+    return static_cast<uint32_t>(kZylKwoUnsupported);
 }
 
 std::string zylSettingsStructMaldor::getTuningFileName(zylRoute route, bool on) {
@@ -51,28 +61,15 @@ std::string zylSettingsStructMaldor::getTuningFileName(zylRoute route, bool on) 
     return name;
 }
 
-char* zylSettingsStructMaldor::field(Identifier which) {
-    switch (which) {
-        case Identifier::kLineoutAccessory: return mImage.lineoutAccessoryTuningId;
-        case Identifier::kBluetoothAccessory: return mImage.bluetoothAccessoryTuningId;
-        case Identifier::kMultiChannelRoom: return mImage.multiChannelRoomId;
-        case Identifier::kLineoutStereoRoom: return mImage.lineoutStereoRoomId;
-        case Identifier::kBluetoothStereoRoom: return mImage.bluetoothStereoRoomId;
-        case Identifier::kSpeakerOn: return mImage.speakerOnTuningId;
-        case Identifier::kSpeakerOff: return mImage.speakerOffTuningId;
-    }
-    __builtin_unreachable();
-}
-
 void zylSettingsStructMaldor::setIdentifier(Identifier which, const std::string& text) {
     char padded[kIdentifierSize] = {};
     text.copy(padded, kIdentifierSize - 1);
-    memcpy(field(which), padded, kIdentifierSize);
+    memcpy(imageBytes() + kIdentifierOffsets[static_cast<size_t>(which)], padded, kIdentifierSize);
 }
 
 // A settings file may hold a field without its NUL.
 std::string zylSettingsStructMaldor::getIdentifier(Identifier which) const {
-    const char* text = const_cast<zylSettingsStructMaldor*>(this)->field(which);
+    const char* const text = imageBytes() + kIdentifierOffsets[static_cast<size_t>(which)];
     return std::string(text, strnlen(text, kIdentifierSize - 1));
 }
 

@@ -1,19 +1,23 @@
-// The generation whose tunings are pipeline images under /data/misc/zyl/, one for each route and
-// state, that tuning data from clients is folded into.
+// The generation whose tunings are records: pipeline images in the service's directory, one for
+// each route and state, that tuning data from clients is folded into.
 //
-// The operations below the virtual ones run without the service's lock. Changes of records take
-// turns, so none is lost; what the operations remember here they write as plain fields, and the
-// last one wins.
+// What folds something into records and remembers it is one turn, under gRecordLock. The getters of
+// what is remembered take no lock: a name that is just being replaced may come out as a mixture.
 
 #ifndef ZYL_SETTINGS_SETTINGS_STRUCT_MALDOR_H
 #define ZYL_SETTINGS_SETTINGS_STRUCT_MALDOR_H
 
 #include <functional>
 #include <memory>
-#include <mutex>
+#include <string>
 
 #include "driver/zyl_convert_api.h"
 #include "settings/settings_struct.h"
+
+// Held from before tuning data or a listening test is folded into a record until it is remembered,
+// the conversion library's work included, so that two of them never mix. The outermost lock of all:
+// nobody waits for a conversion with another lock held.
+extern FairLock gRecordLock;
 
 // Tuning data and the conversion library's work area, as a client sent them. Both are only used
 // during a call.
@@ -26,7 +30,7 @@ struct ZylcsData {
 
 class zylSettingsStructMaldor : public zylSettingsStruct {
   public:
-    // What tuning data was applied to.
+    // What tuning data was applied to. The order is that of the fields in the image.
     enum class Identifier {
         kLineoutAccessory,
         kBluetoothAccessory,
@@ -39,7 +43,9 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
 
     zylSettingsStructMaldor();
 
-    // There are no tuning numbers: both are refused with kSettingsUnsupported.
+    zylSettingsStructMaldor* maldor() override { return this; }
+
+    // There are no tuning numbers: both are refused with kZylKwoUnsupported.
     zylKwoErrors setTuning(zylRoute route, uint32_t tuning) override;
     uint32_t getTuning(zylRoute route) override;
 
@@ -49,47 +55,51 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
     void SetDefaults() override;
 
     // Keeps the first 36 characters.
-    void setIdentifier(Identifier which, const std::string& text);
+    void setIdentifier(Identifier which, const std::string& text) ZYL_REQUIRES(gRecordLock);
     std::string getIdentifier(Identifier which) const;
 
-    void setListeningTestValues(float a, float b, float c, float d);
+    void setListeningTestValues(float a, float b, float c, float d) ZYL_REQUIRES(gRecordLock);
     void getListeningTestValues(float* a, float* b, float* c, float* d) const;
 
     // Fold tuning data, or the values of a listening test, into the records that they concern. A
     // failure leaves the record that it struck, and those after it, as they were. A record whose
-    // file cannot be opened for writing counts as saved.
+    // file cannot be opened for writing counts as saved, and a record that is smaller than the
+    // pipeline that the library reports is refused with a line in the log.
 
     // Lineout or bluetooth; a listening test that was taken is applied on top.
-    zylKwoErrors applyAccessoryZylcsTuning(zylRoute route, const ZylcsData& zylcs);
+    zylKwoErrors applyAccessoryZylcsTuning(zylRoute route, const ZylcsData& zylcs)
+            ZYL_REQUIRES(gRecordLock);
     // The record for the effect being on, or off.
-    zylKwoErrors applySpeakerZylcsTuning(bool on, const ZylcsData& zylcs);
+    zylKwoErrors applySpeakerZylcsTuning(bool on, const ZylcsData& zylcs) ZYL_REQUIRES(gRecordLock);
     // Lineout, then bluetooth. `route` is the one that the room was chosen for.
-    zylKwoErrors applyZylcsStereoRooms(int32_t route, const ZylcsData& zylcs);
-    zylKwoErrors applyZylcsMultiChannelRoom(const ZylcsData& zylcs);
-    zylKwoErrors applyListeningTest(float a, float b, float c, float d);
+    zylKwoErrors applyZylcsStereoRooms(int32_t route, const ZylcsData& zylcs)
+            ZYL_REQUIRES(gRecordLock);
+    zylKwoErrors applyZylcsMultiChannelRoom(const ZylcsData& zylcs) ZYL_REQUIRES(gRecordLock);
+    zylKwoErrors applyListeningTest(float a, float b, float c, float d) ZYL_REQUIRES(gRecordLock);
 
     // Forgets the listening test, here and in the route's record. A record that cannot be read or
     // written is left as it is.
-    void resetListeningTest(zylRoute route);
+    void resetListeningTest(zylRoute route) ZYL_REQUIRES(gRecordLock);
 
   private:
+    // The bytes of a record.
     using Record = std::unique_ptr<uint8_t[]>;
     // Changes a record in place and returns the conversion library's result.
     using Modify = std::function<int32_t(_zylZylcsQuorinPipeLine*)>;
     using ModifyAtRate =
             std::function<int32_t(_zylZylcsQuorinSampleRate, _zylZylcsQuorinPipeLine*)>;
 
-    static const Generation kGeneration;
+    static const Traits kTraits;
 
     zylKwoErrors loadQuorinPipeline(const std::string& path, Record* record);
     zylKwoErrors saveQuorinPipeline(const std::string& path, const Record& record);
-    zylKwoErrors modifyRecord(const std::string& name, const Modify& modify);
-    zylKwoErrors modifyLineoutAndBluetooth(const ModifyAtRate& modify);
+    zylKwoErrors modifyRecord(const std::string& name, const Modify& modify)
+            ZYL_REQUIRES(gRecordLock);
+    zylKwoErrors modifyLineoutAndBluetooth(const ModifyAtRate& modify) ZYL_REQUIRES(gRecordLock);
 
-    char* field(Identifier which);
+    char* imageBytes() { return reinterpret_cast<char*>(&mImage); }
+    const char* imageBytes() const { return reinterpret_cast<const char*>(&mImage); }
 
-    // Held from a record's loading to its saving, the conversion library's work in between.
-    std::mutex mRecordLock;
     MaldorSettingsImage mImage;
 };
 

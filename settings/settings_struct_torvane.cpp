@@ -1,6 +1,6 @@
 #include "settings/settings_struct_torvane.h"
 
-#include "settings/files.h"
+#include "driver/descriptor.h"
 
 namespace {
 
@@ -10,17 +10,13 @@ constexpr uint32_t kOptionalLineoutTuning = 3;
 constexpr uint32_t kFallbackLineoutTuning = 1;
 constexpr char kOptionalLineoutFile[] = "/etc/zyl/lineout_3";
 
-bool isRoute(zylRoute route) {
-    return static_cast<uint32_t>(route) < kRouteCount;
-}
-
 }  // namespace
 
-const zylSettingsStruct::Generation zylSettingsStructTorvane::kGeneration = {
+const zylSettingsStruct::Traits zylSettingsStructTorvane::kTraits = {
         "zyl_settings_struct_torvane", "zylSettingsStructTorvane", 3, sizeof(CommonSettingsImage),
         false};
 
-zylSettingsStructTorvane::zylSettingsStructTorvane() : zylSettingsStruct(kGeneration, mImage) {
+zylSettingsStructTorvane::zylSettingsStructTorvane() : zylSettingsStruct(kTraits, mImage) {
     zylSettingsStruct::SetDefaults();
 }
 
@@ -29,17 +25,17 @@ zylKwoErrors zylSettingsStructTorvane::setTuning(zylRoute route, uint32_t tuning
         logError("virtual int32_t", "setTuning(zylRoute, uint32_t)",
                  "Headphone or route number out of range error, HP %d Route %d",
                  static_cast<int>(tuning), static_cast<int>(route));
-        return kSettingsBadArgument;
+        return kZylKwoBadArgument;
     }
     mImage.tuning[route] = tuning;
-    return kSettingsOk;
+    return kZylKwoOk;
 }
 
 uint32_t zylSettingsStructTorvane::getTuning(zylRoute route) {
     if (!isRoute(route)) {
         logError("virtual uint32_t", "getTuning(zylRoute)",
                  "Headphone route out of range error, route %d", static_cast<int>(route));
-        return static_cast<uint32_t>(kSettingsBadArgument);
+        return static_cast<uint32_t>(kZylKwoBadArgument);
     }
     return mImage.tuning[route];
 }

@@ -9,6 +9,8 @@ class zylSettingsStructTorvane : public zylSettingsStruct {
   public:
     zylSettingsStructTorvane();
 
+    bool hasTuningNumbers() const override { return true; }
+
     // Any number is stored; it becomes part of a file name.
     zylKwoErrors setTuning(zylRoute route, uint32_t tuning) override;
     uint32_t getTuning(zylRoute route) override;
@@ -18,7 +20,7 @@ class zylSettingsStructTorvane : public zylSettingsStruct {
     std::string getTuningFileName(zylRoute route, bool on) override;
 
   private:
-    static const Generation kGeneration;
+    static const Traits kTraits;
 
     CommonSettingsImage mImage;
 };

@@ -73,7 +73,7 @@ int faultOf(Call call, const std::string& subject) {
     return current->error;
 }
 
-int openFile(const char* path, int flags, unsigned mode) {
+int openPlainFile(const char* path, int flags, unsigned mode) {
     const std::string name = path;
     const bool counted =
             current != nullptr && current->calls != 0 && name.compare(0, 5, "/run/") != 0;

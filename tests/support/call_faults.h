@@ -47,6 +47,6 @@ std::map<char*, size_t>& sharedMappings();
 // For whoever stands in for a call: what it fails with, errno set, or 0.
 int faultOf(Call call, const std::string& subject);
 // open() of a plain file, with its faults.
-int openFile(const char* path, int flags, unsigned mode);
+int openPlainFile(const char* path, int flags, unsigned mode);
 
 #endif  // ZYL_TESTS_SUPPORT_CALL_FAULTS_H

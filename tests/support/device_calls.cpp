@@ -102,7 +102,7 @@ void watch(const char* path) {
 int openAny(const char* path, int flags, mode_t mode) {
     if (strcmp(path, kDevicePath) == 0) return openDsp();
     if (strcmp(path, "/dev/binder") == 0) return openAs(Kind::kBinder);
-    return openFile(path, flags, mode);
+    return openPlainFile(path, flags, mode);
 }
 
 int numberOf(void* cookie) {
@@ -175,7 +175,7 @@ FILE* fopen(const char* path, const char* mode) {
 FILE* fopen64(const char* path, const char* mode) {
     const int writing = O_WRONLY | O_CREAT | (mode[0] == 'a' ? O_APPEND : O_TRUNC);
     watch(path);
-    const int fd = openFile(path, (mode[0] == 'r' ? O_RDONLY : writing) | O_CLOEXEC, 0666);
+    const int fd = openPlainFile(path, (mode[0] == 'r' ? O_RDONLY : writing) | O_CLOEXEC, 0666);
     return fd < 0 ? nullptr : fdopen(fd, mode);
 }
 

@@ -66,7 +66,7 @@ Phone::Phone() {
     audioReplies().clear();
     layout() = defaultLayout();
     fillParameterTable();
-    g_tuningDirectory = kMaldorTuningDirectory;
+    g_tuningDirectory = "/data/misc/zyl/";
     static const std::vector<uint32_t> masks(std::begin(g_deviceMasks), std::end(g_deviceMasks));
     std::copy(masks.begin(), masks.end(), g_deviceMasks);
     __android_log_set_logger(keepLogLine);

@@ -127,7 +127,7 @@ TEST(Driver, ATuningFileLoadsWholeOrNotAtAll) {
         Started s;
         Bytes file = tuningImage("tuning");
         file.resize(size);
-        writeFile(kMaldorTuningDirectory + std::string("tuning"), file);
+        writeFile("/data/misc/zyl/tuning", file);
         EXPECT_EQ(s.driver.LoadParamBlock(s.ctrl, static_cast<CacheBlockType>(block), "tuning"),
                   result);
         const Bytes loaded(s.ctrl.data(), s.ctrl.data() + kImageSize);

@@ -2,6 +2,7 @@
 // results.
 
 #include <binder/Parcel.h>
+#include <unistd.h>
 
 #include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
@@ -95,6 +96,61 @@ TEST(Dispatcher, TheTokenIsAskedForBeforeAnythingElseAndOnlyByKnownCodes) {
     EXPECT_EQ(phone.story(), "");
     EXPECT_FALSE(exists(kSettingsFile));
     EXPECT_EQ(phone.log(), Lines());
+}
+
+// Objects would be read as words, and getDbLevels would hand out this process's addresses.
+TEST(Dispatcher, ObjectsThatACodeDoesNotTakeAreRefusedBeforeAnythingIsRead) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const Answer levels = transact(*service, 3004, {});
+    const auto answerTo = [&service](uint32_t code, bool descriptor, int objects) {
+        android::Parcel data;
+        android::Parcel reply;
+        data.writeInterfaceToken(Izyl_kwo_service::descriptor);
+        for (int i = 0; i < objects; ++i) {
+            descriptor ? data.writeDupFileDescriptor(STDERR_FILENO)
+                       : data.writeStrongBinder(service);
+        }
+        return service->transact(code, data, &reply);
+    };
+    for (const Code& code : kCodes) {
+        for (bool descriptor : {false, true}) {
+            EXPECT_EQ(answerTo(code.number, descriptor, 1), android::BAD_TYPE) << code.number;
+        }
+    }
+    EXPECT_EQ(answerTo(3001, true, 1), NO_ERROR);
+    EXPECT_EQ(answerTo(3001, true, 2), android::BAD_TYPE);
+    EXPECT_EQ(answerTo(10, true, 1), UNKNOWN_TRANSACTION);
+    EXPECT_EQ(transact(*service, 3004, {}), levels);
+    EXPECT_EQ(phone.story(), "");
+}
+
+TEST(Dispatcher, OneWayCallsAreRefusedBeforeTheyAct) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    for (const Code& code : kCodes) {
+        android::Parcel data;
+        data.writeInterfaceToken(Izyl_kwo_service::descriptor);
+        data.writeInt32(0);
+        EXPECT_EQ(service->transact(code.number, data, nullptr, android::IBinder::FLAG_ONEWAY),
+                  android::INVALID_OPERATION);
+    }
+    EXPECT_EQ(phone.story(), "");
+    EXPECT_FALSE(exists(kSettingsFile));
+}
+
+// The base class reads as many arguments as there are bytes.
+TEST(Dispatcher, WhatThePlatformAsksForIsBoundedBySize) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    for (uint32_t code :
+         {android::IBinder::DUMP_TRANSACTION, android::IBinder::SHELL_COMMAND_TRANSACTION,
+          android::IBinder::INTERFACE_TRANSACTION}) {
+        EXPECT_EQ(transact(*service, code, Words(257)).status, android::BAD_VALUE);
+    }
+    EXPECT_EQ(transact(*service, android::IBinder::INTERFACE_TRANSACTION, Words(100)).status,
+              NO_ERROR);
+    EXPECT_EQ(transact(*service, 3006, Words(10000)).status, UNKNOWN_TRANSACTION);
 }
 
 TEST(Dispatcher, AReplyThatCannotBeWrittenIsLoggedAndFails) {

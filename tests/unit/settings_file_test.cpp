@@ -1,7 +1,10 @@
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <tuple>
 
 #include "lab/conversion/layout.h"
@@ -154,7 +157,7 @@ TEST(SettingsFile, ARecordThatIsTooShortIsSkippedAndNotFoldedInto) {
             phone.installMaldor();
             Bytes record = tuningImage(name);
             record.resize(static_cast<size_t>(std::max(size, 0)));
-            const std::string path = kMaldorTuningDirectory + name;
+            const std::string path = "/data/misc/zyl/" + name;
             size < 0 ? static_cast<void>(remove(path.c_str())) : writeFile(path, record);
             const android::sp<zyl_kwo_service> service = new zyl_kwo_service;
             const bool whole = size >= 61700, lineout = name == "current_lineout";
@@ -190,26 +193,24 @@ TEST(SettingsFile, AListeningTestThatCannotBeAppliedAgainDoesNotCostTheTuning) {
     }
 }
 
-// The words for it. A record whose place cannot be written counts as saved, without a word.
-TEST(SettingsFile, WhatCannotBeReplacedIsLogged) {
+// The words for it. A record that cannot be written counts as saved, without a word.
+TEST(SettingsFile, WhatCannotBeSavedIsLogged) {
     const std::string kRecord =
             "6 zyl_settings_struct_maldor: zylKwoErrors zylSettingsStructMaldor::"
             "saveQuorinPipeline(std::string, zylZylcsQuorinPipeLine *): Error writing tuning "
             "file ...(file:/data/misc/zyl/current_speaker_on)";
     struct {
-        Call call;
+        unsigned call;
         int error;
         Problem problem;
         zylKwoErrors result;
     } const kCases[] = {
-            {kOpen, EACCES, kNotOpened, kSettingsOk},
-            {kRename, EISDIR, kNotOpened, kSettingsOk},
-            {kRename, EPERM, kNotOpened, kSettingsOk},
-            {kRename, EROFS, kNotOpened, kSettingsOk},
-            {kRename, EBUSY, kNotOpened, kSettingsOk},
-            {kRename, EIO, kNotWritten, kSettingsFileFailed},
-            {kWrite, ENOSPC, kNotWritten, kSettingsFileFailed},
+            {kOpen, EACCES, kNotOpened, kZylKwoOk},
+            {kRename, EIO, kNotWritten, kZylKwoTuningNotLoadable},
+            {kWrite, ENOSPC, kNotWritten, kZylKwoTuningNotLoadable},
+            {kSync, EIO, kNotWritten, kZylKwoTuningNotLoadable},
     };
+    const ScopedLock turn(gRecordLock);
     for (const auto& c : kCases) {
         SCOPED_TRACE(testing::Message() << c.call << " " << c.error);
         Phone phone;
@@ -223,7 +224,74 @@ TEST(SettingsFile, WhatCannotBeReplacedIsLogged) {
         zylSettingsStructTorvane().SaveStruct();
         setFault(nullptr);
         Lines expected = logged(false, c.problem);
-        if (c.result != kSettingsOk) expected.insert(expected.begin(), kRecord);
+        if (c.result != kZylKwoOk) expected.insert(expected.begin(), kRecord);
         EXPECT_EQ(phone.log(), expected);
+    }
+}
+
+// Whatever stands in the file's place or beside it: what the file itself allows decides.
+TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
+    constexpr char kTarget[] = "/data/misc/zyl/target";
+    constexpr char kTemporary[] = "/data/misc/zyl/zyl_kwo_settings.tmp";
+    const auto make = [](const char* path) { writeFile(path, std::string(500, 'x')); };
+    struct {
+        const char* name;
+        std::function<void()> prepare;
+        bool saved;
+        // The fault of a call, where there is one: the n-th open, or the rename.
+        unsigned call = 0;
+        int nth = 0;
+        int error = 0;
+        const char* place = kSettingsFile;
+    } const kCases[] = {
+            {"nothing", [] {}, true},
+            {"a file", [&] { make(kSettingsFile); }, true},
+            {"a file that may not be written", [&] { make(kSettingsFile); }, false, kOpen, 0,
+             EACCES},
+            {"a directory", [] { mkdir(kSettingsFile, 0700); }, false},
+            {"a FIFO", [] { mkfifo(kSettingsFile, 0600); }, false},
+            {"a device", [] { mknod(kSettingsFile, S_IFCHR | 0600, makedev(1, 3)); }, false},
+            {"a link", [&] { make(kTarget), symlink("target", kSettingsFile); }, true, 0, 0, 0,
+             kTarget},
+            {"a link by its whole path", [&] { make(kTarget), symlink(kTarget, kSettingsFile); },
+             true, 0, 0, 0, kTarget},
+            {"a link to nothing", [] { symlink("target", kSettingsFile); }, true, 0, 0, 0, kTarget},
+            {"a link to itself", [] { symlink("zyl_kwo_settings", kSettingsFile); }, false},
+            {"a stale temporary", [&] { make(kTemporary); }, true},
+            {"a directory by the temporary's name",
+             [&] { make(kSettingsFile), mkdir(kTemporary, 0700); }, true},
+            {"the same without a file", [&] { mkdir(kTemporary, 0700); }, true},
+            {"a directory that may not be written", [&] { make(kSettingsFile); }, true, kOpen, 1,
+             EACCES},
+            {"no inode left", [&] { make(kSettingsFile); }, true, kOpen, 1, ENOSPC},
+            {"a file that may not be replaced", [&] { make(kSettingsFile); }, true, kRename, 0,
+             EPERM},
+            {"a table full of descriptors", [&] { make(kSettingsFile); }, true, kOpen, 0, EMFILE},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.name);
+        Phone phone;
+        zylSettingsStructTorvane settings;
+        c.prepare();
+        struct stat before = {};
+        struct stat after = {};
+        const bool had = stat(c.place, &before) == 0 && chmod(c.place, 0640) == 0;
+        const bool link = std::filesystem::is_symlink(kSettingsFile);
+        Fault fault = {c.call, c.nth, c.error};
+        if (c.call != 0) setFault(&fault);
+        settings.SaveStruct();
+        setFault(nullptr);
+        EXPECT_EQ(phone.log(), logged(false, c.saved ? kNoProblem : kNotOpened));
+        EXPECT_EQ(std::filesystem::is_symlink(kSettingsFile), link);
+        ASSERT_EQ(stat(c.place, &after) == 0, c.saved || had);
+        if (had) {
+            EXPECT_EQ(after.st_mode, (before.st_mode & S_IFMT) | 0640);
+        }
+        if (c.saved) {
+            EXPECT_EQ(readFile(c.place), defaultImage(false));
+        } else if (had) {
+            EXPECT_EQ(after.st_ino, before.st_ino);
+        }
+        EXPECT_FALSE(std::filesystem::is_regular_file(kTemporary));
     }
 }

@@ -96,17 +96,22 @@ TEST(Start, SavedSettingsAreLaidOverEachBlock) {
     }
 }
 
-TEST(Start, OffsetsOutsideTheImageAreLeftOut) {
+// Rows that lie outside, or that are larger than any pipeline, which is logged.
+TEST(Start, WhatLiesOutsideTheImageIsLeftOut) {
     Phone phone;
     layout().rows[2].offset = -4;
     layout().rows[13].offset = kImageSize - 3;
     layout().rows[3].offset = INT32_MAX;
     layout().rows[27].size = UINT32_MAX;
     layout().rows[12].offset = kImageSize - 2;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    Phone::installTorvane();
+    const sp<zyl_kwo_service> service = new zyl_kwo_service;
+    EXPECT_THAT(phone.log(),
+                testing::Contains("6 ZylcsToQuorinConv: void fillParameterTable(): row "
+                                  "27 is refused, its size of 4294967295 is too large"));
     const Bytes tuning = tuningImage("bluetooth_0");
     Bytes expected = laidOver("bluetooth_0", 2, {}, 0);
-    for (size_t offset : {64, 132}) putWord(expected, offset, wordAt(tuning, offset));
+    for (size_t offset : {64, 132, 400}) putWord(expected, offset, wordAt(tuning, offset));
     memcpy(&expected[100], &tuning[100], 2);
     memcpy(&expected[118], &tuning[118], 2);
     memcpy(&expected[kImageSize - 2], "\0\x10", 2);

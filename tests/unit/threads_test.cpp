@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <thread>
 
 #include "settings/settings_struct_maldor.h"
@@ -89,7 +90,7 @@ TEST(Threads, OperationsTakeTurnsButForThoseThatNeedNot) {
     std::atomic<int> answered{0};
     std::vector<std::thread> waiting;
     {
-        const ServiceLock turn(gServiceLock);
+        const ScopedLock turn(gServiceLock);
         for (const char* call :
              {"5 2 : 0", "4 : 0 2", "5 4 : -1", "6 0 : 0 1", "6 3 : -1 0", "7 0 1 : 0",
               "7 0 -1 : -1", "8 0 : 0 4096", "8 10 : -1 0", "9 10 4096 : -1", "15 1 : -1",
@@ -106,20 +107,80 @@ TEST(Threads, OperationsTakeTurnsButForThoseThatNeedNot) {
     for (std::thread& call : waiting) call.join();
 }
 
-// One client's tuning data must not undo another's listening test.
-TEST(Threads, ARecordThatTwoChangeAtOnceHoldsBothChanges) {
+// Locks are handed on in the order in which they were asked for.
+TEST(Threads, WhoAskedFirstGetsTheLockFirst) {
+    FairLock lock;
+    std::vector<int> order;
+    std::vector<std::thread> waiting;
+    lock.lock();
+    for (int number = 0; number < 6; ++number) {
+        waiting.emplace_back([&lock, &order, number] {
+            // The second round comes behind everybody's first.
+            for (int round : {0, 6}) {
+                const ScopedLock turn(lock);
+                order.push_back(round + number);
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+        });
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    lock.unlock();
+    for (std::thread& thread : waiting) thread.join();
+    EXPECT_THAT(order, testing::ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11));
+}
+
+// A conversion may take long: while one is under way, what folds something into records waits for
+// it, and nobody else does.
+TEST(Threads, NobodyElseWaitsForAConversion) {
     Phone phone;
     phone.installMaldor();
-    zylSettingsStructMaldor settings;
-    for (int i = 0; i < 50; ++i) {
-        settings.resetListeningTest(kRouteLineout);
-        std::thread room([&settings] {
+    const sp<zyl_kwo_service> service = phone.start();
+    std::atomic<int> answered{0};
+    std::vector<std::thread> waiting;
+    {
+        const ScopedLock turn(gRecordLock);
+        for (const char* call :
+             {"19 1 65 1 0 : 0", "20 1 65 1 0 : 0", "23 1 1 65 1 0 : 0", "25 1 1 65 1 0 : 0",
+              "27 1 65 1 0 : 0", "29 0 0 0 0 : 0", "31 : 0"}) {
+            waiting.emplace_back([&answered, &service, call] {
+                expectReplies(*service, {call});
+                ++answered;
+            });
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        EXPECT_EQ(answered, 0);
+        expectReplies(*service, {"5 3 : 0", "4 : 0 3", "12 1 : 0", "41 0 : 0", "3 1 :"});
+    }
+    for (std::thread& call : waiting) call.join();
+}
+
+// Of two listening tests one wins, everywhere; and a client's tuning data does not undo a test.
+TEST(Threads, RecordsMemoryAndFileHoldTheSameListeningTest) {
+    Phone phone;
+    phone.installMaldor();
+    const sp<zyl_kwo_service> service = phone.start();
+    for (int i = 0; i < 30; ++i) {
+        service->resetListeningTestResult();
+        runClients([&service](int number) {
             uint8_t byte = 0;
-            EXPECT_EQ(settings.applyZylcsMultiChannelRoom({&byte, 1, &byte, 1}), 0);
+            const auto value = static_cast<float>(number + 1);
+            EXPECT_EQ(number % 2 == 0 ? service->setListeningTestResult(value, value, value, value)
+                                      : service->setMultiChannelRoomZylcsTuning(&byte, 1, &byte, 1),
+                      0);
         });
-        EXPECT_EQ(settings.applyListeningTest(1, 2, 3, 4), 0);
-        room.join();
-        EXPECT_EQ(wordAt(readFile("/data/misc/zyl/current_lineout"), 448), 3u);
+        float test[4] = {};
+        service->getListeningTestResult(&test[0], &test[1], &test[2], &test[3]);
+        uint32_t kept = 0;
+        memcpy(&kept, test, sizeof(kept));
+        EXPECT_EQ(wordAt(readFile(kSettingsFile), 256), kept);
+        // The two records of the test that came last.
+        Lines tests;
+        for (const std::string& line : phone.journal()) {
+            if (line.find("conv ListeningTest ") == 0) tests.push_back(line);
+        }
+        const std::string kLast =
+                "conv ListeningTest a=" + std::to_string(std::lround(test[0])) + " ";
+        EXPECT_THAT(Lines(tests.end() - 2, tests.end()), testing::Each(testing::StartsWith(kLast)));
     }
 }
 

@@ -1,0 +1,38 @@
+// A lock that is handed on in the order in which it was asked for, so that a call that comes now
+// and then does not wait for ever beside clients that call without a pause.
+
+#ifndef ZYL_SETTINGS_FAIR_LOCK_H
+#define ZYL_SETTINGS_FAIR_LOCK_H
+
+#include <mutex>
+
+#include "settings/thread_annotations.h"
+
+// Not recursive. Any thread.
+class ZYL_CAPABILITY FairLock {
+  public:
+    void lock() ZYL_ACQUIRE();
+    void unlock() ZYL_RELEASE();
+
+  private:
+    struct Waiter;
+
+    std::mutex mMutex;  // guards what follows; held for moments only
+    bool mHeld = false;
+    Waiter* mFirst = nullptr;
+    Waiter* mLast = nullptr;
+};
+
+// Holds a lock for as long as it lives.
+class ZYL_SCOPED_CAPABILITY ScopedLock {
+  public:
+    explicit ScopedLock(FairLock& lock) ZYL_ACQUIRE(lock) : mLock(lock) { mLock.lock(); }
+    ScopedLock(const ScopedLock&) = delete;
+    ScopedLock& operator=(const ScopedLock&) = delete;
+    ~ScopedLock() ZYL_RELEASE() { mLock.unlock(); }
+
+  private:
+    FairLock& mLock;
+};
+
+#endif  // ZYL_SETTINGS_FAIR_LOCK_H

@@ -1,0 +1,25 @@
+// Saving a file so that a reader finds the old contents or the new, whatever happens in between.
+
+#ifndef ZYL_SETTINGS_REPLACE_FILE_H
+#define ZYL_SETTINGS_REPLACE_FILE_H
+
+#include <cstddef>
+
+enum class ReplaceResult {
+    kReplaced,   // and on the disk: a power cut from now on loses nothing
+    kNotOpened,  // the file cannot be opened for writing, or not be made; it is untouched
+    kNotWritten  // the new contents may not last: the old file is untouched, or, where only the
+                 // directory could not be synced, the new one is in place
+};
+
+// Makes `size` bytes the contents of the file at `path`. Any thread, but one at a time for a path.
+//
+// What the file itself allows decides: one that cannot be opened for writing, or that is no regular
+// file, stays as it is. A symbolic link stays, and its target is saved. A file keeps its mode.
+//
+// The file is replaced through a temporary one beside it, "PATH.tmp". Where that cannot be made, or
+// not be put in place, because of the directory (its rights, a directory of that name, no inode
+// left), the file is written in place: that is not atomic, and the one thing that can be done.
+ReplaceResult replaceFile(const char* path, const void* bytes, size_t size);
+
+#endif  // ZYL_SETTINGS_REPLACE_FILE_H
