@@ -39,6 +39,8 @@ using namespace android;
 
 namespace {
 
+constexpr char kDevice[] = "/dev/zyl_quorin";
+
 constexpr char kDirectory[] = "/data/misc/zyl/";
 constexpr char kSettings[] = "/data/misc/zyl/zyl_floor_settings";
 constexpr size_t kTorvaneSettingsSize = 68;
@@ -178,8 +180,8 @@ void Floor::start() {
 }
 
 void Floor::request(QuorinRequest number, void* record) {
-    const int fd = open(kDevicePath, O_RDWR);
-    must(fd >= 0 && ioctl(fd, number, record) == 0, kDevicePath);
+    const int fd = open(kDevice, O_RDWR);
+    must(fd >= 0 && ioctl(fd, number, record) == 0, kDevice);
     close(fd);
 }
 
