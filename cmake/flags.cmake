@@ -1,6 +1,5 @@
 # The one place for compile flags. What ships and the client link `zyl::shipped_flags`, the lab, the
 # benchmarks and the tests `zyl::flags`.
-set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
@@ -20,6 +19,10 @@ add_library(zyl::shipped_flags ALIAS zyl_shipped_flags)
 target_link_libraries(zyl_shipped_flags INTERFACE zyl::flags)
 target_compile_options(zyl_shipped_flags
     INTERFACE -fno-exceptions -fno-rtti -Wconversion -Wold-style-cast -Wshadow)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # What compilers let older standards use of newer ones.
+    target_compile_options(zyl_shipped_flags INTERFACE -Wc++17-extensions -Wc++20-extensions)
+endif()
 
 # What the fuzzer looks for new ways through is what ships, not the lab or the tests.
 option(ZYL_FUZZ "Build for the fuzzer, which clang++ brings along" OFF)
