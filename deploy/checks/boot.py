@@ -6,15 +6,10 @@ import sys
 from pathlib import Path
 from xml.etree import ElementTree
 
-HERE = Path(__file__).resolve().parent
+from .tables import rows
+
 NEWER_USERS = Path("/usr/include/android/private/android_filesystem_config.h")
 SERVICE_MANAGER_TAKES = range(1, 10000)
-
-
-def rows(file):
-    for line in (HERE / file).read_text().splitlines():
-        if not line.startswith("#"):
-            yield line.split()
 
 
 def api24():
