@@ -134,9 +134,9 @@ ExitStatus switchTo(Session& session, const Property& property, const std::strin
         status = readValue(session, property, &value);
         value.numbers = {value.on() ? 0.0 : 1.0};
     } else {
-        const auto on = parseSwitch(word);
-        if (!on) return reportUsage(property.key, word, "on, off or toggle");
-        value.numbers = {*on ? 1.0 : 0.0};
+        bool on = false;
+        if (!parseSwitch(word, &on)) return reportUsage(property.key, word, "on, off or toggle");
+        value.numbers = {on ? 1.0 : 0.0};
     }
     return status == kDone ? applyChanges(session, {{&property, value}}) : status;
 }

@@ -3,7 +3,6 @@
 #ifndef ZYL_CLIENT_CHANGES_H
 #define ZYL_CLIENT_CHANGES_H
 
-#include <optional>
 #include <string>
 #include <vector>
 

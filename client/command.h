@@ -4,7 +4,6 @@
 #define ZYL_CLIENT_COMMAND_H
 
 #include <cstdio>
-#include <optional>
 #include <string>
 #include <vector>
 

@@ -47,11 +47,11 @@ ExitStatus push(Session& session, int32_t number, const std::string& name) {
 
 ExitStatus showBlock(Session& session, const std::string& source) {
     Bytes bytes;
-    const auto number = parseKnownRoute(source);
-    if (number && !session.connect()) return kNoService;
-    const ExitStatus status =
-            number ? reportResult("block show", session.fetchBlock(*number, &bytes))
-                   : readBlock(source, &bytes);
+    int32_t number = 0;
+    const bool live = parseKnownRoute(source, &number);
+    if (live && !session.connect()) return kNoService;
+    const ExitStatus status = live ? reportResult("block show", session.fetchBlock(number, &bytes))
+                                   : readBlock(source, &bytes);
     if (status != kDone) return status;
     Json json;
     json.open('[');
@@ -82,13 +82,13 @@ ExitStatus block(Session& session, const Arguments& arguments) {
     if ((verb != "fetch" && verb != "push") || arguments.size() != 3) {
         return reportUsage("block", verb, "fetch N FILE, push N FILE or show N|FILE");
     }
-    const auto number = parseKnownRoute(arguments[1]);
+    int32_t number = 0;
     // The service has an answer for other blocks too, but never one that anyone wants.
-    if (!number) {
+    if (!parseKnownRoute(arguments[1], &number)) {
         return reportUsage("block", arguments[1], "a block: 0 to 2, or the name of its route");
     }
     if (!session.connect()) return kNoService;
-    return (verb == "fetch" ? fetch : push)(session, *number, arguments[2]);
+    return (verb == "fetch" ? fetch : push)(session, number, arguments[2]);
 }
 
 struct Verdict {
@@ -129,11 +129,10 @@ ExitStatus verify(Session& session, const Arguments& arguments) {
     int32_t first = 0;
     int32_t last = kKnownRoutes - 1;
     if (!arguments.empty()) {
-        const auto number = parseKnownRoute(arguments[0]);
-        if (!number) {
+        if (!parseKnownRoute(arguments[0], &first)) {
             return reportUsage("verify", arguments[0], "a block: 0 to 2, or the name of its route");
         }
-        first = last = *number;
+        last = first;
     }
     ExitStatus status = kDone;
     Json json;

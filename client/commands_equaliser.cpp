@@ -73,12 +73,12 @@ Property bandProperty(int32_t band) {
 
 // By itself: the other bands are not sent again.
 ExitStatus setBand(Session& session, const std::string& bandText, const std::string& gainText) {
-    const auto band = parseNumber(bandText);
-    if (!band) return reportUsage("geq", bandText, "a band: 0 to 9");
-    if (*band < 0 || *band >= kGEQBandCount) {
+    int32_t band = 0;
+    if (!parseNumber(bandText, &band)) return reportUsage("geq", bandText, "a band: 0 to 9");
+    if (band < 0 || band >= kGEQBandCount) {
         return reportRefusal("geq", "there is no band " + bandText + "; bands are 0 to 9");
     }
-    const Property one = bandProperty(*band);
+    const Property one = bandProperty(band);
     Value gain;
     ExitStatus status = parseValue(one, {gainText}, &gain);
     if (status == kDone) status = applyChanges(session, {{&one, gain}});
@@ -88,7 +88,8 @@ ExitStatus setBand(Session& session, const std::string& bandText, const std::str
 ExitStatus geq(Session& session, const Arguments& arguments) {
     if (arguments.empty()) return showEqualiser(session);
     const std::string& verb = arguments[0];
-    if (arguments.size() == 1 && (verb == "toggle" || parseSwitch(verb))) {
+    bool on = false;
+    if (arguments.size() == 1 && (verb == "toggle" || parseSwitch(verb, &on))) {
         const ExitStatus status = switchTo(session, property("geq"), verb);
         return status == kDone ? showEqualiser(session) : status;
     }

@@ -5,6 +5,8 @@
 #include <unistd.h>
 #include <utils/Errors.h>
 
+#include <cstring>
+
 #include "client/command.h"
 #include "client/files.h"
 #include "client/json.h"
@@ -34,20 +36,31 @@ ExitStatus addBlob(Parcel& data, const std::string& name) {
 
 ExitStatus addArgument(Parcel& data, const std::string& type, const std::string& text) {
     if (type == "i32") {
-        const auto number = parseNumber(text);
-        if (!number) return reportUsage("raw", text, "a 32-bit number");
-        data.writeInt32(*number);
+        int32_t number = 0;
+        if (!parseNumber(text, &number)) return reportUsage("raw", text, "a 32-bit number");
+        data.writeInt32(number);
         return kDone;
     }
     if (type == "f") {
-        const auto number = parseReal(text);
-        if (!number) return reportUsage("raw", text, "a number");
-        data.writeFloat(static_cast<float>(*number));
+        double number = 0;
+        if (!parseReal(text, &number)) return reportUsage("raw", text, "a number");
+        data.writeFloat(static_cast<float>(number));
         return kDone;
     }
     if (type == "blob") return addBlob(data, text);
     if (type == "fd") return addDescriptor(data, text);
     return reportUsage("raw", type, "i32, f, blob or fd");
+}
+
+// The platform's own names where it has some; other errors are the kernel's, negated.
+std::string describe(android::status_t status) {
+    switch (status) {
+        case android::UNKNOWN_TRANSACTION: return "UNKNOWN_TRANSACTION";
+        case android::FAILED_TRANSACTION: return "FAILED_TRANSACTION";
+        case android::BAD_TYPE: return "BAD_TYPE";
+        case android::PERMISSION_DENIED: return "PERMISSION_DENIED";
+        default: return format("%s (%d)", strerror(-status), status);
+    }
 }
 
 void printReply(const Session& session, const Parcel& reply) {
@@ -71,8 +84,10 @@ void printReply(const Session& session, const Parcel& reply) {
 }
 
 ExitStatus raw(Session& session, const Arguments& arguments) {
-    const auto code = parseNumber(arguments[0]);
-    if (!code || *code < 1) return reportUsage("raw", arguments[0], "a transaction's code");
+    int32_t code = 0;
+    if (!parseNumber(arguments[0], &code) || code < 1) {
+        return reportUsage("raw", arguments[0], "a transaction's code");
+    }
     if (arguments.size() % 2 == 0) {
         return reportUsage("raw", arguments.back(), "a pair of type and value");
     }
@@ -84,11 +99,10 @@ ExitStatus raw(Session& session, const Arguments& arguments) {
     }
     Parcel reply;
     const android::status_t status = android::IInterface::asBinder(&session.service())
-                                             ->transact(static_cast<uint32_t>(*code), data, &reply);
+                                             ->transact(static_cast<uint32_t>(code), data, &reply);
     if (status == android::DEAD_OBJECT) return reportResult("raw", kZylKwoServiceGone);
     if (status != android::NO_ERROR) {
-        return reportRefusal("raw",
-                             "the service did not take it: " + android::statusToString(status));
+        return reportRefusal("raw", "the service did not take it: " + describe(status));
     }
     printReply(session, reply);
     return kDone;

@@ -116,23 +116,23 @@ ExitStatus showGroup(Session& session, const std::string& group) {
 }
 
 ExitStatus tuning(Session& session, const Arguments& arguments) {
-    const auto route = parseKnownRoute(arguments[0]);
-    if (!route) {
+    int32_t route = 0;
+    if (!parseKnownRoute(arguments[0], &route)) {
         return reportUsage("tuning", arguments[0], "a route: speaker, lineout or bluetooth");
     }
-    const Property& chosen = property((std::string("tuning.") + kRouteNames[*route]).c_str());
+    const Property& chosen = property((std::string("tuning.") + kRouteNames[route]).c_str());
     return arguments.size() == 1 ? show(session, chosen)
                                  : setAndShow(session, chosen, {arguments[1]});
 }
 
 ExitStatus mask(Session& session, const Arguments& arguments) {
     if (arguments.empty()) return showGroup(session, "mask.");
-    const auto route = parseRoute(arguments[0]);
-    if (!route) {
+    int32_t route = 0;
+    if (!parseRoute(arguments[0], &route)) {
         return reportUsage("mask", arguments[0], "a route: speaker, lineout or bluetooth");
     }
-    if (!parseKnownRoute(arguments[0])) return reportResult("mask", kZylKwoBadArgument);
-    return show(session, property((std::string("mask.") + kRouteNames[*route]).c_str()));
+    if (!parseKnownRoute(arguments[0], &route)) return reportResult("mask", kZylKwoBadArgument);
+    return show(session, property((std::string("mask.") + kRouteNames[route]).c_str()));
 }
 
 ExitStatus version(Session& session, const Arguments&) {
@@ -142,10 +142,11 @@ ExitStatus version(Session& session, const Arguments&) {
 }
 
 ExitStatus reload(Session& session, const Arguments& arguments) {
-    const auto on = parseSwitch(arguments.empty() ? "off" : arguments[0]);
-    if (!on) return reportUsage("reload", arguments[0], "on or off");
-    const ExitStatus status = reportResult("reload", session.service().setReloadFlag(*on));
-    if (status == kDone) printf("reloaded       forced mode %s\n", *on ? "on" : "off");
+    bool on = false;
+    if (!arguments.empty() && !parseSwitch(arguments[0], &on))
+        return reportUsage("reload", arguments[0], "on or off");
+    const ExitStatus status = reportResult("reload", session.service().setReloadFlag(on));
+    if (status == kDone) printf("reloaded       forced mode %s\n", on ? "on" : "off");
     return status;
 }
 

@@ -1,8 +1,8 @@
 // Tuning data and the listening test, on devices whose tunings are made from them.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <iterator>
 
 #include "client/changes.h"
 #include "client/command.h"
@@ -93,9 +93,9 @@ ExitStatus parseUpload(const Arguments& arguments, size_t* next, Upload* upload)
         const size_t words = kind.selector == nullptr ? 2 : 3;
         if (arguments.size() - *next < words) break;
         if (kind.selector != nullptr) {
-            const auto number = parseRoute(arguments[*next + 1]);
-            if (!number) return reportUsage("tune", arguments[*next + 1], kind.selector);
-            upload->selector = *number;
+            if (!parseRoute(arguments[*next + 1], &upload->selector)) {
+                return reportUsage("tune", arguments[*next + 1], kind.selector);
+            }
         }
         upload->kind = &kind;
         upload->file = arguments[*next + words - 1];
@@ -128,7 +128,7 @@ ExitStatus tune(Session& session, const Arguments& arguments) {
     for (size_t i = 0; i < uploads.size(); ++i) {
         const Upload& upload = uploads[i];
         showProgress(i + 1, uploads.size(), upload.file);
-        std::vector<uint8_t> work(static_cast<size_t>(session.options.workSize.value_or(0)));
+        std::vector<uint8_t> work(static_cast<size_t>(std::max(session.options.workSize, 0)));
         const int32_t result =
                 upload.kind->set(session.service(), upload.selector, upload.data, work);
         showProgress(0, 0, "");

@@ -53,15 +53,19 @@ ExitStatus setColour(Options& options, const std::string& when) {
 
 ExitStatus takeValue(Options& options, const std::string& option, const std::string& value) {
     if (option == "--color") return setColour(options, value);
-    const auto number = parseReal(value);
     if (option == "--wait") {
-        if (!number || *number < 0) return reportUsage(option, value, "a number of seconds");
-        options.waitSeconds = *number;
+        double seconds = 0;
+        if (!parseReal(value, &seconds) || seconds < 0) {
+            return reportUsage(option, value, "a number of seconds");
+        }
+        options.waitSeconds = seconds;
         return kDone;
     }
-    const auto bytes = parseNumber(value);
-    if (!bytes || *bytes < 0) return reportUsage(option, value, "a number of bytes");
-    options.workSize = *bytes;
+    int32_t bytes = 0;
+    if (!parseNumber(value, &bytes) || bytes < 0) {
+        return reportUsage(option, value, "a number of bytes");
+    }
+    options.workSize = bytes;
     return kDone;
 }
 
@@ -104,11 +108,11 @@ ExitStatus checkUsage(const Command& command, const Given& given) {
     const auto refuses = [&](bool set, const char* option) {
         return set && strstr(command.options, option) == nullptr;
     };
-    for (const auto& [set, option] : {std::pair<bool, const char*>(given.options.json, "--json"),
-                                      {given.options.workSize.has_value(), "--work"}}) {
-        if (refuses(set, option)) {
-            return reportUsage(command.name, option, "an option of this command");
-        }
+    if (refuses(given.options.json, "--json")) {
+        return reportUsage(command.name, "--json", "an option of this command");
+    }
+    if (refuses(given.options.workSize >= 0, "--work")) {
+        return reportUsage(command.name, "--work", "an option of this command");
     }
     return kDone;
 }

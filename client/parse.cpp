@@ -1,66 +1,73 @@
 #include "client/parse.h"
 
-#include <charconv>
+#include <cerrno>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <iterator>
 #include <sstream>
 
-std::optional<int32_t> parseNumber(const std::string& text) {
+bool parseNumber(const std::string& text, int32_t* number) {
     const bool hexadecimal =
             text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    const char* begin = text.data() + (hexadecimal ? 2 : 0);
-    const char* end = text.data() + text.size();
-    int64_t number = 0;
-    const auto [rest, error] = std::from_chars(begin, end, number, hexadecimal ? 16 : 10);
-    if (error != std::errc() || rest != end) return std::nullopt;
-    const int64_t highest = hexadecimal ? UINT32_MAX : INT32_MAX;
-    if (number > highest || number < (hexadecimal ? 0 : INT32_MIN)) return std::nullopt;
-    return static_cast<int32_t>(number);
+    const bool negative = !hexadecimal && text[0] == '-';
+    const std::string digits = text.substr(hexadecimal ? 2 : negative ? 1 : 0);
+    // strtoll takes blanks and signs as well.
+    const char* const known = hexadecimal ? "0123456789abcdefABCDEF" : "0123456789";
+    if (digits.empty() || digits.find_first_not_of(known) != std::string::npos) return false;
+    errno = 0;
+    const long long value = strtoll(digits.c_str(), nullptr, hexadecimal ? 16 : 10);
+    const long long highest = hexadecimal ? UINT32_MAX : INT32_MAX;
+    if (errno == ERANGE || value > highest + (negative ? 1 : 0)) return false;
+    *number = static_cast<int32_t>(negative ? -value : value);
+    return true;
 }
 
-std::optional<double> parseReal(const std::string& text) {
+bool parseReal(const std::string& text, double* number) {
     // Neither blanks nor the words that strtod takes for numbers.
     if (text.empty() || text.find_first_not_of("+-.0123456789eE") != std::string::npos) {
-        return std::nullopt;
+        return false;
     }
     char* end = nullptr;
     const double value = strtod(text.c_str(), &end);
-    if (*end != '\0' || !std::isfinite(value)) return std::nullopt;
-    return value;
+    if (*end != '\0' || !std::isfinite(value)) return false;
+    *number = value;
+    return true;
 }
 
-std::optional<int32_t> parseRoute(const std::string& text) {
-    for (size_t route = 0; route < std::size(kRouteNames); ++route) {
-        if (text == kRouteNames[route]) return static_cast<int32_t>(route);
+bool parseRoute(const std::string& text, int32_t* route) {
+    for (int32_t i = 0; i < kKnownRoutes; ++i) {
+        if (text != kRouteNames[i]) continue;
+        *route = i;
+        return true;
     }
-    return parseNumber(text);
+    return parseNumber(text, route);
 }
 
-std::optional<int32_t> parseKnownRoute(const std::string& text) {
-    const auto route = parseRoute(text);
-    if (!route || *route < 0 || *route >= kKnownRoutes) return std::nullopt;
-    return route;
+bool parseKnownRoute(const std::string& text, int32_t* route) {
+    int32_t number = 0;
+    if (!parseRoute(text, &number) || number < 0 || number >= kKnownRoutes) return false;
+    *route = number;
+    return true;
 }
 
-std::optional<bool> parseSwitch(const std::string& text) {
-    if (text == "on") return true;
-    if (text == "off") return false;
-    return std::nullopt;
+bool parseSwitch(const std::string& text, bool* on) {
+    if (text != "on" && text != "off") return false;
+    *on = text == "on";
+    return true;
 }
 
-std::optional<uint16_t> parseGain(const std::string& text) {
+bool parseGain(const std::string& text, uint16_t* gain) {
     std::string number = text;
     const bool hasUnit = text.size() > 2 && text.compare(text.size() - 2, 2, "dB") == 0;
     if (hasUnit) number.resize(text.size() - 2);
-    const auto value = parseReal(number);
-    if (!value) return std::nullopt;
+    double value = 0;
+    if (!parseReal(number, &value)) return false;
     const bool decibels = hasUnit || number[0] == '+' || number[0] == '-';
-    const double gain = decibels ? std::round(kNeutralGain * std::pow(10, *value / 20)) : *value;
-    if (gain < 0 || gain > UINT16_MAX || gain != std::floor(gain)) return std::nullopt;
-    return static_cast<uint16_t>(gain);
+    if (decibels) value = std::round(kNeutralGain * std::pow(10, value / 20));
+    if (value < 0 || value > UINT16_MAX || value != std::floor(value)) return false;
+    *gain = static_cast<uint16_t>(value);
+    return true;
 }
 
 std::string formatReal(double value) {
@@ -78,7 +85,7 @@ std::string format(const char* format, ...) {
     va_list again;
     va_copy(again, arguments);
     std::string text(static_cast<size_t>(vsnprintf(nullptr, 0, format, arguments)), '\0');
-    vsnprintf(text.data(), text.size() + 1, format, again);
+    vsnprintf(&text[0], text.size() + 1, format, again);
     va_end(again);
     va_end(arguments);
     return text;

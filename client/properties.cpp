@@ -8,24 +8,30 @@
 
 namespace {
 
-std::optional<double> parseOne(const Property& property, const std::string& word) {
+template <typename T>
+bool parseAs(bool (*parse)(const std::string& text, T* number), const std::string& word,
+             double* number) {
+    T parsed = {};
+    if (!parse(word, &parsed)) return false;
+    *number = static_cast<double>(parsed);
+    return true;
+}
+
+bool parseOne(const Property& property, const std::string& word, double* number) {
     switch (property.kind) {
-        case Property::kSwitch: {
-            const auto on = parseSwitch(word);
-            return on ? std::optional<double>(*on ? 1 : 0) : std::nullopt;
-        }
-        case Property::kNumber: return parseNumber(word);
-        case Property::kRoute: return parseRoute(word);
-        case Property::kGains: return parseGain(word);
-        case Property::kReals: {
+        case Property::kSwitch: return parseAs(parseSwitch, word, number);
+        case Property::kNumber: return parseAs(parseNumber, word, number);
+        case Property::kRoute: return parseAs(parseRoute, word, number);
+        case Property::kGains: return parseAs(parseGain, word, number);
+        case Property::kReals:
+            if (!parseReal(word, number)) return false;
             // The service keeps single precision.
-            const auto real = parseReal(word);
-            return real ? std::optional<double>(static_cast<float>(*real)) : std::nullopt;
-        }
+            *number = static_cast<float>(*number);
+            return true;
         case Property::kMask:
-        case Property::kText: return std::nullopt;
+        case Property::kText: return false;
     }
-    return std::nullopt;
+    return false;
 }
 
 std::string formatOne(const Property& property, double number) {
@@ -80,13 +86,15 @@ ExitStatus parseValue(const Property& property, const std::vector<std::string>& 
     }
     value->numbers.clear();
     for (const std::string& word : words) {
-        const auto number = parseOne(property, word);
-        if (!number) return reportUsage(property.key, word, property.accepts);
-        if (*number < property.lowest || *number > property.highest) {
+        double number = 0;
+        if (!parseOne(property, word, &number)) {
+            return reportUsage(property.key, word, property.accepts);
+        }
+        if (number < property.lowest || number > property.highest) {
             return reportRefusal(property.key,
                                  word + " is out of range; it takes " + property.accepts);
         }
-        value->numbers.push_back(*number);
+        value->numbers.push_back(number);
     }
     return kDone;
 }
@@ -111,9 +119,11 @@ void addToJson(Json& json, const Property& property, const Value& value) {
     if (list) json.open('[');
     for (double number : value.numbers) {
         const std::string word = formatOne(property, number);
+        const bool named =
+                property.kind == Property::kRoute && number >= 0 && number < kKnownRoutes;
         if (property.kind == Property::kSwitch) {
             json.literal(number != 0 ? "true" : "false");
-        } else if (property.kind == Property::kRoute && !parseNumber(word)) {
+        } else if (named) {
             json.text(word);
         } else {
             json.number(number);

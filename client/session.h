@@ -4,7 +4,6 @@
 #define ZYL_CLIENT_SESSION_H
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "client/shared_region.h"
@@ -15,7 +14,7 @@ struct Options {
     bool bars = false;    // standard output is for a person's eyes
     bool colour = false;  // and shows colours
     double waitSeconds = 0;
-    std::optional<int32_t> workSize;
+    int32_t workSize = -1;  // negative: not given
 };
 
 class Session {

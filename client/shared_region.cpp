@@ -1,5 +1,6 @@
 #include "client/shared_region.h"
 
+#include <cutils/ashmem.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -17,9 +18,12 @@ constexpr size_t kLastLength = size_t{16} << 20;
 constexpr int32_t kNoBlock = 3;
 constexpr uint8_t kPattern = 0xA5;
 
-// By number: the C library of API 24 has no function for it.
-int createMemory(size_t length) {
-    const int fd = static_cast<int>(syscall(SYS_memfd_create, "kwoctl", 1U /* MFD_CLOEXEC */));
+constexpr char kMemoryName[] = "kwoctl";
+
+}  // namespace
+
+int createMemoryFile(size_t length) {
+    const int fd = static_cast<int>(syscall(SYS_memfd_create, kMemoryName, 1U /* MFD_CLOEXEC */));
     if (fd >= 0 && ftruncate(fd, static_cast<off_t>(length)) != 0) {
         close(fd);
         return -1;
@@ -27,7 +31,9 @@ int createMemory(size_t length) {
     return fd;
 }
 
-}  // namespace
+int createAshmem(size_t length) {
+    return ashmem_create_region(kMemoryName, length);
+}
 
 SharedRegion::~SharedRegion() {
     unmap();
@@ -35,7 +41,8 @@ SharedRegion::~SharedRegion() {
 
 bool SharedRegion::map(size_t length) {
     unmap();
-    mFd = createMemory(length);
+    mFd = createMemoryFile(length);
+    if (mFd < 0) mFd = createAshmem(length);
     if (mFd < 0) return false;
     void* bytes = mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_SHARED, mFd, 0);
     if (bytes == MAP_FAILED) return false;

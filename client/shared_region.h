@@ -8,6 +8,12 @@
 
 #include "interface/Izyl_kwo_service.h"
 
+// Descriptors of memory that can be mapped and passed on, the caller's to close; -1 when there is
+// none. Kernels before 3.17 have no memory files, and newer ones may have no ashmem.
+// The first goes by the call's number: the C library of API 24 has no function for it.
+int createMemoryFile(size_t length);
+int createAshmem(size_t length);
+
 // The service never unmaps what it was given: each region costs it a block's worth of address space
 // for as long as it runs. One a process is plenty.
 class SharedRegion {

@@ -42,6 +42,7 @@ target_compile_options(platform::log INTERFACE
                        "SHELL:-include ${platform}/include/platform/prelude.h")
 target_link_options(platform::log INTERFACE -Wl,-rpath-link,${system_libraries}/android)
 platform_library(base ${system_libraries}/android/libbase.so ${android_headers} platform::log)
+platform_library(cutils ${system_libraries}/android/libcutils.so ${android_headers} platform::log)
 platform_library(utils ${system_libraries}/android/libutils.so ${android_headers} platform::log)
 platform_library(binder ${platform}/lib/libbinder.so ${platform}/include platform::utils
                  platform::base)
