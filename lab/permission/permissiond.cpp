@@ -1,12 +1,12 @@
 // permissiond: the "permission" service of the emulated phone. Root, system and shell hold every
-// permission, other users those that the files in /system/etc/permissions assign to them.
+// permission, other users those that the files in /system/etc/permissions assign to them, by name
+// or by number.
 
 #include <binder/IPCThreadState.h>
 #include <binder/IPermissionController.h>
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
 #include <glob.h>
-#include <pwd.h>
 
 #include <fstream>
 #include <iterator>
@@ -14,6 +14,8 @@
 #include <set>
 #include <string>
 #include <utility>
+
+#include "lab/init/users.h"
 
 using namespace android;
 
@@ -32,8 +34,8 @@ void readGrants(const std::string& path, Grants* grants) {
     const std::string text(std::istreambuf_iterator<char>(file), {});
     for (std::sregex_iterator match(text.begin(), text.end(), kAssignment), end; match != end;
          ++match) {
-        const passwd* user = getpwnam(match->str(2).c_str());
-        if (user != nullptr) grants->emplace(user->pw_uid, match->str(1));
+        const uid_t user = knownToInit(match->str(2));
+        if (user != kNobodyKnown) grants->emplace(user, match->str(1));
     }
 }
 

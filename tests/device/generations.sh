@@ -29,7 +29,7 @@ expect 'Maldor needs no Torvane files' '00000000 00000002' "$(reply 4)"
 
 stop zyl_kwo_service
 new_log >/dev/null
-su -s /bin/sh oem_2950 -c 'exec zyl_kwo_service -stub' >>/run/log/zyl_kwo_service 2>&1 &
+as shell 2950:audio zyl_kwo_service -stub >>/run/log/zyl_kwo_service 2>&1 &
 until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
 expect '-stub is announced' 'ZylcsToQuorinConv I zyl_kwo_service Starting in stub mode (not opening driver)' \
     "$(new_log | sed -n 2p)"
@@ -38,9 +38,7 @@ stop zyl_kwo_service
 
 # The service manager registers nothing for applications.
 chmod 666 /dev/zyl_quorin
-echo 'app:x:10001:10001:app:/:/bin/sh' >>/etc/passwd
-expect_status 'a refused registration ends the process' 255 \
-    su -s /bin/sh app -c 'exec zyl_kwo_service -stubborn'
+expect_status 'a refused registration ends the process' 255 as shell 10001 zyl_kwo_service -stubborn
 expect 'and is logged, with no word of a stub' \
     'ZylcsToQuorinConv E zyl_kwo_service Failed to add to the ServiceManager' \
     "$(sed 's/ [0-9-]* [0-9:]* *[0-9]* *[0-9]* / /' /tmp/err | grep -E 'Failed|stub')"

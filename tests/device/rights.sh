@@ -10,8 +10,8 @@ descriptors() {
 used='/dev/null /run/log/zyl_kwo_service /run/log/zyl_kwo_service /dev/binder'
 
 expect 'it runs as its user, without capabilities' \
-    'oem_2950:audio 1005 0000000000000000 0000000000000000 0000000000000000' \
-    "$(stat -c %U:%G "$process") $(awk '/^(Groups|CapInh|CapPrm|CapEff):/ { print $2 }' "$process/status" | paste -sd ' ')"
+    '2950:audio 0000000000000000 0000000000000000 0000000000000000' \
+    "$(stat -c %u:%G "$process") $(awk '/^Groups:/ && NF > 1 || /^Cap(Inh|Prm|Eff):/ { print $2 }' "$process/status" | paste -sd ' ')"
 expect 'and in its domain, which is enforced' 'u:r:zyl_kwo_service:s0 1' \
     "$(tr -d '\0' <"$process/attr/current") $(cat /sys/fs/selinux/enforce)"
 expect 'a start leaves open what a daemon has and binder' "$used" "$(descriptors)"
@@ -20,10 +20,10 @@ kwoctl block fetch speaker /tmp/block >/dev/null
 dumpsys zyl_kwo_service >/dev/null
 expect 'and so do calls' "$used" "$(descriptors)"
 expect 'its files are for nobody else' \
-    '660 oem_2950:audio /dev/zyl_quorin
-770 oem_2950:audio /data/misc/zyl
-600 oem_2950:audio /data/misc/zyl/zyl_kwo_settings' \
-    "$(stat -c '%a %U:%G %n' /dev/zyl_quorin /data/misc/zyl /data/misc/zyl/zyl_kwo_settings)"
+    '660 1000:audio /dev/zyl_quorin
+770 2950:audio /data/misc/zyl
+600 2950:audio /data/misc/zyl/zyl_kwo_settings' \
+    "$(stat -c '%a %u:%G %n' /dev/zyl_quorin /data/misc/zyl /data/misc/zyl/zyl_kwo_settings)"
 expect 'nobody may use the device' 1 \
     "$(su -s /bin/sh nobody -c ': 2>/dev/null </dev/zyl_quorin'; echo $?)"
 expect 'every context is one of the policy' '' "$(
@@ -50,13 +50,12 @@ new_log >/dev/null
 chown root /data/misc/zyl
 chmod 755 /data/misc/zyl
 without 'the right to its directory' '00000000 1'
-chown oem_2950 /data/misc/zyl
+chown 2950 /data/misc/zyl
 mv /data/misc/zyl /data/away
 mkdir -m 777 /data/misc/zyl
 without 'the type of its directory' '00000000 1'
 rmdir /data/misc/zyl
 mv /data/away /data/misc/zyl
-chown root /dev/zyl_quorin
 chmod 600 /dev/zyl_quorin
 without 'the right to the device' 'ffffffff 0'
 rm /dev/zyl_quorin
@@ -66,7 +65,7 @@ without 'the type of the device' 'ffffffff 0'
 restorecon /dev/zyl_quorin
 expect 'with both it works' '00000000 0' "$(reply 5 i32 1) $(new_log | grep -c 'open file for saving')"
 cp /system/bin/zyl_kwo_service /tmp/impostor
-expect_status 'another program of its user cannot take its name' 255 su -s /bin/sh oem_2950 -c /tmp/impostor
+expect_status 'another program of its user cannot take its name' 255 as shell 2950 /tmp/impostor
 expect 'the policy denied just that' 'dir chr_file service_manager' \
     "$(denials | sed 's/.*tclass=\([a-z_]*\).*/\1/' | uniq | paste -sd ' ')"
 dmesg -c >/dev/null
