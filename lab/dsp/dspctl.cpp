@@ -9,8 +9,8 @@
 #include <cstring>
 #include <string>
 
-#include "driver/zyl_quorin_ioctl.h"
 #include "lab/dsp/control.h"
+#include "lab/dsp/quorin_device.h"
 
 namespace {
 
@@ -58,7 +58,7 @@ int main(int argc, char** argv) {
     if (argc < 2 || numbersOf(argv[1]) != argc - 2 || !areNumbers(argv + 2, argc - 2)) {
         return usage();
     }
-    if (strcmp(argv[1], "block") == 0 && strtoul(argv[2], nullptr, 10) >= kCacheBlockCount) {
+    if (strcmp(argv[1], "block") == 0 && strtoul(argv[2], nullptr, 10) >= quorin::kBlockCount) {
         return usage();
     }
     std::string line = argv[1];

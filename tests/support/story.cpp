@@ -8,14 +8,15 @@
 namespace {
 
 std::string blockOf(unsigned mask) {
-    for (int block = 0; block < kCacheBlockCount; ++block) {
-        if (g_deviceMasks[block] == mask) return std::to_string(block);
+    const unsigned masks[] = {0x2, 0x2000C, 0x3F0};
+    for (size_t block = 0; block < std::size(masks); ++block) {
+        if (masks[block] == mask) return std::to_string(block);
     }
     return "?";
 }
 
 std::string rowOf(unsigned id) {
-    for (int row = 0; row < kParameterRowCount; ++row) {
+    for (int row = 0; row < 29; ++row) {
         if (static_cast<unsigned>(layout().rows[row].id) == id) return std::to_string(row);
     }
     return "?";
@@ -35,7 +36,7 @@ std::string wordFor(const std::string& line) {
         return line;
     }
     const bool reads = verb == std::string("read");
-    if (id == QUORIN_PIPELINE_ID) return (reads ? "R" : "W") + blockOf(mask);
+    if (id == quorin::kWholeBlock) return (reads ? "R" : "W") + blockOf(mask);
     const std::string data = payload[0] == '\0' ? "" : "=" + std::string(payload);
     return (reads ? "r" : "w") + rowOf(id) + "." + blockOf(mask) + data;
 }
