@@ -229,6 +229,36 @@ Lines operationsOf(const std::string& generation) {
     return operations;
 }
 
+// What every getter of what lasts tells.
+std::string answersOf(android::IBinder& service) {
+    std::string text;
+    for (const char* getter :
+         {"GET_ENABLED", "GET_STEREO_MODE", "GET_TUNING 0", "GET_TUNING 1", "GET_TUNING 2",
+          "GET_GEQ_ENABLE", "GET_GEQ_GAIN_ALL", "GET_SPEAKER_ZYLCS_TUNING_NAME",
+          "GET_SECOND_SPEAKER_ZYLCS_TUNING_NAME", "GET_ACCESSORY_ZYLCS_TUNING_NAME 1",
+          "GET_ACCESSORY_ZYLCS_TUNING_NAME 2", "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 1",
+          "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 2", "GET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING_NAME",
+          "GET_LISTENING_TEST_RESULT"}) {
+        text += getter + (": " + call(service, getter)) + "\n";
+    }
+    return text;
+}
+
+// Whoever starts on the files as they are now has the same settings, and the first is none the
+// worse for it.
+void expectSettingsAreInTheFiles(Phone& phone, android::IBinder& service) {
+    const bool had = exists(kSettingsFile);
+    const Bytes file = readFile(kSettingsFile);
+    const auto model = std::exchange(deviceCalls().model, std::make_shared<DspModel>());
+    sp<zyl_kwo_service> second = new zyl_kwo_service;
+    EXPECT_EQ(answersOf(*second), answersOf(service));
+    second = nullptr;
+    had ? writeFile(kSettingsFile, file) : static_cast<void>(remove(kSettingsFile));
+    deviceCalls().model = model;
+    phone.story();
+    Phone::log();
+}
+
 class Cases : public testing::TestWithParam<Table> {};
 class Faults : public testing::TestWithParam<const char*> {};
 
@@ -247,6 +277,8 @@ TEST_P(Cases, ReplyAndActAsTheTableSays) {
         EXPECT_EQ(row.call == "start" ? "" : call(*service, row.call), row.reply);
         EXPECT_EQ(phone.storyWithSaves(), row.story);
         deviceCalls().model->reset();
+        if (row.call.compare(0, 4, "GET_") == 0 || row.reply.compare(0, 2, "OK") != 0) continue;
+        expectSettingsAreInTheFiles(phone, *service);
     }
 }
 
