@@ -8,8 +8,8 @@
 #include <sstream>
 #include <string>
 
-#include "driver/zyl_convert_api.h"
 #include "lab/conversion/layout.h"
+#include "lab/conversion/library.h"
 #include "lab/journal/journal.h"
 
 int32_t ZYL_Convert_API_GetPipelineSize(_zylZylcsQuorinPipeLineInfo* info) {

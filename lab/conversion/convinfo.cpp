@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "driver/zyl_convert_api.h"
+#include "lab/conversion/library.h"
 
 int main() {
     _zylZylcsQuorinPipeLineInfo info = {};

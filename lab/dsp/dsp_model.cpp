@@ -6,7 +6,10 @@
 #include <string>
 #include <thread>
 
+#include "lab/dsp/quorin_device.h"
 #include "lab/journal/journal.h"
+
+using namespace quorin;
 
 namespace {
 
@@ -42,69 +45,61 @@ std::string payloadText(const uint8_t* bytes, uint32_t size) {
     return text;
 }
 
-std::string headerText(const ParamBlockHeader& header) {
-    return "id=" + hex(header.id) + " size=" + std::to_string(header.size) +
-           " offset=" + std::to_string(header.offset) + " mask=" + hex(header.mask);
+std::string sliceText(const uint32_t* slice) {
+    return "id=" + hex(slice[slice::kId]) + " size=" + std::to_string(slice[slice::kLength]) +
+           " offset=" + std::to_string(slice[slice::kStart]) + " mask=" + hex(slice[slice::kMask]);
 }
 
 // A request as the journal shows it, but for a payload.
-std::string requestText(uint32_t request, const void* record) {
+std::string requestText(uint32_t request, const uint32_t* record) {
     switch (request) {
-        case kRequestSetCacheSize:
-            return "cache size=" + std::to_string(*static_cast<const uint32_t*>(record));
-        case kRequestConfigureBlock: {
-            const auto& config = *static_cast<const CacheBlockConfig*>(record);
-            std::string text = "config block=" + std::to_string(config.block) +
-                               " mask=" + hex(config.mask) +
-                               " offset=" + std::to_string(config.offset) + " words=";
-            const auto* words = static_cast<const uint32_t*>(record);
-            for (size_t i = 3; i < sizeof(config) / 4; ++i)
-                text += (i > 3 ? "," : "") + hex(words[i]);
+        case kSetCache: return "cache size=" + std::to_string(*record);
+        case kBindBlock: {
+            std::string text = "config block=" + std::to_string(record[binding::kBlock]) +
+                               " mask=" + hex(record[binding::kMask]) +
+                               " offset=" + std::to_string(record[binding::kStart]) + " words=";
+            for (int i = binding::kPipeline; i < binding::kWords; ++i)
+                text += (i > binding::kPipeline ? "," : "") + hex(record[i]);
             return text;
         }
-        case kRequestReadBlock:
-            return "read " + headerText(*static_cast<const ParamBlockHeader*>(record));
-        case kRequestWriteBlock:
-            return "write " + headerText(*static_cast<const ParamBlockHeader*>(record));
+        case kRead: return "read " + sliceText(record);
+        case kWrite: return "write " + sliceText(record);
         default: return "request=" + hex(request);
     }
 }
 
 bool isKnown(uint32_t request) {
-    return request == kRequestSetCacheSize || request == kRequestConfigureBlock ||
-           request == kRequestReadBlock || request == kRequestWriteBlock;
+    return request == kSetCache || request == kBindBlock || request == kRead || request == kWrite;
 }
 
 }  // namespace
 
-size_t DspModel::recordSize(uint32_t request, const ParamBlockHeader* header) const {
+size_t DspModel::recordSize(uint32_t request, const uint32_t* slice) const {
     const std::lock_guard<std::mutex> lock(mLock);
     switch (request) {
-        case kRequestSetCacheSize: return sizeof(uint32_t);
-        case kRequestConfigureBlock: return sizeof(CacheBlockConfig);
-        case kRequestReadBlock:
-        case kRequestWriteBlock:
-            return header->size <= blockSize() ? sizeof(*header) + header->size : 0;
+        case kSetCache: return sizeof(uint32_t);
+        case kBindBlock: return binding::kWords * sizeof(uint32_t);
+        case kRead:
+        case kWrite:
+            return slice[slice::kLength] <= blockSize() ? sizeof(Slice) + slice[slice::kLength] : 0;
         default: return 0;
     }
 }
 
 int DspModel::request(uint32_t request, void* record, size_t length) {
     const std::lock_guard<std::mutex> serving(mServing);
-    if (!isKnown(request)) {
-        journal("dsp refuse %s reason=unknown", requestText(request, record).c_str());
-        return ENOTTY;
-    }
+    auto* const words = static_cast<uint32_t*>(record);
+    if (!isKnown(request)) return refuse(request, words, "unknown", ENOTTY);
     std::this_thread::sleep_for(delay());
     const std::lock_guard<std::mutex> lock(mLock);
     if (failsNow()) {
-        journal("dsp fail %s", requestText(request, record).c_str());
+        journal("dsp fail %s", requestText(request, words).c_str());
         return EIO;
     }
     switch (request) {
-        case kRequestSetCacheSize: return setCacheSize(*static_cast<uint32_t*>(record));
-        case kRequestConfigureBlock: return configure(*static_cast<CacheBlockConfig*>(record));
-        default: return transfer(request, *static_cast<ParamBlockHeader*>(record), length);
+        case kSetCache: return setCache(words);
+        case kBindBlock: return bind(words);
+        default: return transfer(request, words, length);
     }
 }
 
@@ -123,64 +118,70 @@ bool DspModel::failsNow() {
     return true;
 }
 
-int DspModel::refuse(uint32_t request, const void* record, const char* reason) {
+int DspModel::refuse(uint32_t request, const uint32_t* record, const char* reason, int error) {
     journal("dsp refuse %s reason=%s", requestText(request, record).c_str(), reason);
-    return EINVAL;
+    return error;
 }
 
-int DspModel::setCacheSize(uint32_t size) {
-    if (size > kLargestCache) return refuse(kRequestSetCacheSize, &size, "too-large");
-    journal("dsp %s", requestText(kRequestSetCacheSize, &size).c_str());
-    mCacheSize = size;
+int DspModel::setCache(const uint32_t* size) {
+    if (*size > kLargestCache) return refuse(kSetCache, size, "too-large");
+    journal("dsp %s", requestText(kSetCache, size).c_str());
+    mCacheSize = *size;
     mBlocks = {};
     return 0;
 }
 
-int DspModel::configure(const CacheBlockConfig& config) {
-    if (mCacheSize == 0) return refuse(kRequestConfigureBlock, &config, "no-cache");
-    if (config.block >= mBlocks.size()) {
-        return refuse(kRequestConfigureBlock, &config, "no-such-block");
-    }
-    if (config.offset > mCacheSize - blockSize()) {
-        return refuse(kRequestConfigureBlock, &config, "outside-cache");
-    }
-    journal("dsp %s", requestText(kRequestConfigureBlock, &config).c_str());
-    Block& block = mBlocks[config.block];
+// Why a block cannot be bound, or null.
+const char* DspModel::objectionTo(const uint32_t* words) const {
+    if (mCacheSize == 0) return "no-cache";
+    if (words[binding::kBlock] >= mBlocks.size()) return "no-such-block";
+    if (words[binding::kStart] > mCacheSize - blockSize()) return "outside-cache";
+    const bool whole =
+            words[binding::kPipeline] == kWholeBlock && words[binding::kAux] == kAuxiliary;
+    return whole ? nullptr : "no-pipeline";
+}
+
+int DspModel::bind(const uint32_t* words) {
+    const char* reason = objectionTo(words);
+    if (reason != nullptr) return refuse(kBindBlock, words, reason);
+    journal("dsp %s", requestText(kBindBlock, words).c_str());
+    Block& block = mBlocks[words[binding::kBlock]];
     block.configured = true;
-    block.mask = config.mask;
+    block.mask = words[binding::kMask];
     block.bytes.resize(blockSize());
     return 0;
 }
 
-// Why a record cannot be carried out, or null.
-const char* DspModel::objection(const ParamBlockHeader& header, size_t length) const {
+// Why a slice cannot be read or written, or null.
+const char* DspModel::objectionTo(const uint32_t* words, size_t length) const {
+    const uint32_t start = words[slice::kStart];
+    const uint32_t size = words[slice::kLength];
     if (mCacheSize == 0) return "no-cache";
-    if (header.size > blockSize() || header.offset > blockSize() - header.size) {
-        return "outside-block";
-    }
-    if (header.size > length - sizeof(header)) return "cut-short";
-    const bool whole = header.id == QUORIN_PIPELINE_ID;
-    if (whole && (header.offset != 0 || header.size != blockSize())) return "not-a-whole-block";
-    const bool bound = std::any_of(mBlocks.begin(), mBlocks.end(), [&header](const Block& block) {
-        return block.configured && block.mask == header.mask;
+    if (size > blockSize() || start > blockSize() - size) return "outside-block";
+    if (size > length - sizeof(Slice)) return "cut-short";
+    const bool whole = words[slice::kId] == kWholeBlock;
+    if (whole && (start != 0 || size != blockSize())) return "not-a-whole-block";
+    const bool bound = std::any_of(mBlocks.begin(), mBlocks.end(), [words](const Block& block) {
+        return block.configured && block.mask == words[slice::kMask];
     });
     return bound ? nullptr : "no-such-mask";
 }
 
-int DspModel::transfer(uint32_t request, ParamBlockHeader& header, size_t length) {
-    const char* reason = objection(header, length);
-    if (reason != nullptr) return refuse(request, &header, reason);
-    auto* payload = reinterpret_cast<uint8_t*>(&header + 1);
-    std::string text = requestText(request, &header);
-    if (request == kRequestWriteBlock) text += " " + payloadText(payload, header.size);
+int DspModel::transfer(uint32_t request, uint32_t* words, size_t length) {
+    const char* reason = objectionTo(words, length);
+    if (reason != nullptr) return refuse(request, words, reason);
+    auto* payload = reinterpret_cast<uint8_t*>(words + slice::kWords);
+    const uint32_t size = words[slice::kLength];
+    std::string text = requestText(request, words);
+    if (request == kWrite) text += " " + payloadText(payload, size);
     journal("dsp %s", text.c_str());
     for (Block& block : mBlocks) {
-        if (!block.configured || block.mask != header.mask) continue;
-        uint8_t* place = block.bytes.data() + header.offset;
-        if (request == kRequestWriteBlock) {
-            memcpy(place, payload, header.size);
+        if (!block.configured || block.mask != words[slice::kMask]) continue;
+        uint8_t* place = block.bytes.data() + words[slice::kStart];
+        if (request == kWrite) {
+            memcpy(place, payload, size);
         } else {
-            memcpy(payload, place, header.size);
+            memcpy(payload, place, size);
         }
     }
     return 0;

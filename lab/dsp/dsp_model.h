@@ -8,12 +8,13 @@
 #define ZYL_LAB_DSP_DSP_MODEL_H
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <mutex>
 #include <vector>
 
-#include "driver/zyl_quorin_ioctl.h"
+#include "lab/dsp/quorin_device.h"
 
 class DspModel {
   public:
@@ -22,9 +23,9 @@ class DspModel {
     // Returns 0 or an errno. Takes as long as slow() says. Any thread.
     int request(uint32_t request, void* record, size_t length = SIZE_MAX);
 
-    // How long the record of a request is; for those with a header, `header` must be readable. 0
+    // How long the record of a request is; for those with a slice, its words must be readable. 0
     // for a request that is refused whatever follows: unknown, or longer than a block.
-    size_t recordSize(uint32_t request, const ParamBlockHeader* header) const;
+    size_t recordSize(uint32_t request, const uint32_t* slice) const;
 
     // Lets `skip` requests pass, then fails `count` with EIO.
     void fail(unsigned skip, unsigned count);
@@ -45,12 +46,13 @@ class DspModel {
 
     std::chrono::milliseconds delay() const;
     bool failsNow();
-    int setCacheSize(uint32_t size);
-    int configure(const CacheBlockConfig& config);
-    int transfer(uint32_t request, ParamBlockHeader& header, size_t length);
-    const char* objection(const ParamBlockHeader& header, size_t length) const;
-    int refuse(uint32_t request, const void* record, const char* reason);
-    size_t blockSize() const { return mCacheSize / kCacheBlockCount; }
+    int setCache(const uint32_t* size);
+    int bind(const uint32_t* words);
+    int transfer(uint32_t request, uint32_t* words, size_t length);
+    const char* objectionTo(const uint32_t* binding) const;
+    const char* objectionTo(const uint32_t* slice, size_t length) const;
+    int refuse(uint32_t request, const uint32_t* record, const char* reason, int error = EINVAL);
+    size_t blockSize() const { return mCacheSize / quorin::kBlockCount; }
 
     // Held while a request is served, however slowly: a DSP does one thing at a time.
     std::mutex mServing;
@@ -59,7 +61,7 @@ class DspModel {
     unsigned mFailures = 0;
     unsigned mDelay = 0;
     uint32_t mCacheSize = 0;
-    std::array<Block, kCacheBlockCount> mBlocks;
+    std::array<Block, quorin::kBlockCount> mBlocks;
 };
 
 #endif  // ZYL_LAB_DSP_DSP_MODEL_H

@@ -1,16 +1,12 @@
 // dspctl: makes the DSP fail or dawdle, and shows what it holds.
 
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 
-#include "driver/zyl_quorin_ioctl.h"
 #include "lab/dsp/control.h"
+#include "lab/dsp/quorin_device.h"
 
 namespace {
 
@@ -36,34 +32,18 @@ int numbersOf(const std::string& verb) {
     return verb == "fail" ? 2 : verb == "slow" || verb == "block" ? 1 : verb == "reset" ? 0 : -1;
 }
 
-std::string ask(const std::string& line) {
-    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const sockaddr_un address = dspControlAddress();
-    if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
-        return std::string("dspd cannot be reached: ") + strerror(errno);
-    }
-    std::string answer;
-    char part[4096];
-    ssize_t length = send(fd, line.data(), line.size(), MSG_NOSIGNAL);
-    while (length >= 0 && (length = read(fd, part, sizeof(part))) > 0) {
-        answer.append(part, static_cast<size_t>(length));
-    }
-    close(fd);
-    return answer;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
     if (argc < 2 || numbersOf(argv[1]) != argc - 2 || !areNumbers(argv + 2, argc - 2)) {
         return usage();
     }
-    if (strcmp(argv[1], "block") == 0 && strtoul(argv[2], nullptr, 10) >= kCacheBlockCount) {
+    if (strcmp(argv[1], "block") == 0 && strtoul(argv[2], nullptr, 10) >= quorin::kBlockCount) {
         return usage();
     }
     std::string line = argv[1];
     for (int i = 2; i < argc; ++i) line += std::string(" ") + argv[i];
-    const std::string answer = ask(line);
+    const std::string answer = askDsp(line);
     const size_t okLength = strlen(kDspAnswerOk);
     if (answer.compare(0, okLength, kDspAnswerOk) != 0) {
         fprintf(stderr, "dspctl: %s\n", answer.c_str());

@@ -3,6 +3,7 @@
 #define FUSE_USE_VERSION 35
 
 #include <cuse_lowlevel.h>
+#include <fcntl.h>
 #include <fuse_opt.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -23,7 +24,12 @@ namespace {
 DspModel gDsp;
 
 void openDevice(fuse_req_t request, fuse_file_info* file) {
-    fuse_reply_open(request, file);
+    // Whoever drives the DSP reads and writes.
+    if ((file->flags & O_ACCMODE) != O_RDWR) {
+        fuse_reply_err(request, EACCES);
+    } else {
+        fuse_reply_open(request, file);
+    }
 }
 
 using CopyCall = ssize_t (*)(pid_t, const iovec*, unsigned long, const iovec*, unsigned long,
@@ -37,18 +43,18 @@ bool copy(CopyCall call, fuse_req_t request, void* own, void* theirs, size_t siz
     return call(fuse_req_ctx(request)->pid, &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
 }
 
-// The record is longer than the request's number says, and only its header tells how long. The
+// The record is longer than the request's number says, and only its first words tell how long. The
 // kernel would bring it, but no more than 128 KB.
 int serve(fuse_req_t request, uint32_t command, void* argument) {
-    const bool reads = command == kRequestReadBlock;
-    ParamBlockHeader header = {};
-    if ((reads || command == kRequestWriteBlock) &&
-        !copy(process_vm_readv, request, &header, argument, sizeof(header))) {
+    const bool reads = command == quorin::kRead;
+    quorin::Slice slice = {};
+    if ((reads || command == quorin::kWrite) &&
+        !copy(process_vm_readv, request, slice, argument, sizeof(slice))) {
         return EFAULT;
     }
-    const size_t size = gDsp.recordSize(command, &header);
-    std::vector<uint8_t> record(std::max(size, sizeof(header)));
-    memcpy(record.data(), &header, sizeof(header));
+    const size_t size = gDsp.recordSize(command, slice);
+    std::vector<uint8_t> record(std::max(size, sizeof(slice)));
+    memcpy(record.data(), slice, sizeof(slice));
     if (!reads && !copy(process_vm_readv, request, record.data(), argument, size)) return EFAULT;
     const int error = gDsp.request(command, record.data(), record.size());
     if (error != 0 || !reads) return error;

@@ -14,9 +14,7 @@
 struct Transaction {
     uint32_t code = 0;
     android::Parcel data;
-    // What a reply holds: 'r' a result, 'w' any word, 's' a string, 'n' a name behind its length,
-    // 'p' the platform's record; with '?' in front the call may fail instead. "-" for a code that
-    // nobody answers.
+    // What a reply holds, see Shape; "-" for a code that nobody answers.
     const char* reply = "-";
     // What the service may keep for good if it takes the call: a region, a blob.
     bool handsRegionOver = false;

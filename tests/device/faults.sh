@@ -4,12 +4,4 @@
 . /tests/lib.sh
 
 run_cases /tests/cases/faults.cases
-while IFS='|' read -r skip wanted; do
-    case $skip in '#'*) continue ;; esac
-    dspctl fail "$skip" 1
-    restart_service
-    dspctl reset
-    expect "a start with request $skip failing goes on and answers" "$wanted 00000000 00000001" \
-        "$(story) $(reply 4)"
-done </tests/cases/starts.txt
 end_of_cases

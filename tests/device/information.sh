@@ -19,7 +19,7 @@ expect 'and a setter still works' 00000000 "$(reply 5 i32 3)"
 start audiod
 until service check media.audio_flinger | grep -q ': found'; do sleep 0.1; done
 story >/dev/null
-expect 'announcements find the audio system again' 'w2.1=01000000 a w2.2=01000000 a a' \
+expect 'announcements find the audio system again' 'w2.1=1 w2.2=1 a' \
     "$(reply 5 i32 1 >/dev/null && story)"
 
 expect 'a permitted dump is the banner alone, without a line end' 'zyl_kwo_service dump.......|' \

@@ -55,37 +55,9 @@ new_log() {
     new /run/log/zyl_kwo_service | sed 's/ [0-9-]* [0-9:]* *[0-9]* *[0-9]* / /'
 }
 
-# The journal since the last look, a word an event: Sn cache size, Cn block n configured, Wn and Rn
-# block n written and read as a whole, wR.n=DATA row R written to block n, "a" new parameters
-# announced. In front, x says that it failed and ! that it was refused. What has no short form stays as
-# it is.
+# The journal since the last look, a word an event; see lab/cases/story.h.
 story() {
-    convinfo >/tmp/convinfo
-    new /run/journal | awk '
-        BEGIN {
-            block["0x2"] = 0; block["0x2000c"] = 1; block["0x3f0"] = 2
-            while ((getline line <"/tmp/convinfo") > 0) {
-                split(line, f, /[ =]/)
-                if (f[1] == "row") row[f[4]] = f[2]
-            }
-        }
-        function value(key,   i) {
-            for (i = 2; i <= NF; ++i) if (index($i, key "=") == 1) return substr($i, length(key) + 2)
-            return ""
-        }
-        /^audio set ZYL_NEW_PARAM_READY=1$/ { print "a"; next }
-        $1 != "dsp" { print; next }
-        { mark = $2 == "fail" ? "x" : $2 == "refuse" ? "!" : "" }
-        / cache / { print mark "S" value("size"); next }
-        / config / { print mark "C" value("block"); next }
-        / (write|read) / {
-            whole = value("id") == "0x10015100"
-            kind = $0 ~ / read / ? "r" : "w"
-            data = value("data") == "" ? "" : "=" value("data")
-            print mark (whole ? toupper(kind) : kind row[value("id")] ".") block[value("mask")] data
-            next
-        }
-        { print }' | paste -sd ' '
+    new /run/journal | zyl_play -
 }
 
 restart_service() {
@@ -108,20 +80,15 @@ clean_start() {
     new_log >/dev/null
 }
 
-# run_cases FILE: calls the service as the lines of the file say, which are
-#     SKIP|CALL|REPLY|STORY
-# where SKIP, if there is one, lets so many requests to the DSP pass and the next one fail.
+# run_cases FILE: calls the service as the lines of the file say; see lab/cases/case_table.h.
 run_cases() {
     clean_start "$(sed -n 's/^# generation: //p' "$1")"
-    while IFS='|' read -r skip call answer wanted; do
-        case $skip in '#'*) continue ;; esac
-        [ -z "$skip" ] || dspctl fail "$skip" 1
-        # shellcheck disable=SC2086
-        got=$(reply $call)
-        [ -z "$skip" ] || dspctl reset
-        expect "${1##*/}: $call${skip:+, request $skip failing}" "$answer / $wanted" \
-            "$got / $(story)"
-    done <"$1"
+    played=0
+    zyl_play "$1" >/tmp/played || played=$?
+    cat /tmp/played
+    cases=$((cases + $(grep -cE '^(not )?ok ' /tmp/played)))
+    [ "$played" -le 1 ] || expect "${1##*/} is played to its end" 0 "$played"
+    story >/dev/null
 }
 
 # run_commands FILE: runs kwoctl as the lines of the file say, which are

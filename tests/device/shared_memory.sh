@@ -30,7 +30,7 @@ for file in /tmp/region /data/region /dev/shm/region; do
     dd if=/etc/zyl/speaker_0 of=$file conv=notrunc 2>/dev/null
     expect 'and gives one' "00000000 $(head -c 61700 $file | digest)" \
         "$(reply 3003 i32 2) $(dspctl block 2 | digest)"
-    expect 'which is announced' 'R1 W2 a a' "$(story)"
+    expect 'which is announced' 'R1 W2 a' "$(story)"
 done
 expect 'no descriptor of a client is left open' 0 \
     "$(find "/proc/$(pidof zyl_kwo_service)/fd" -type l -exec readlink {} ';' | grep -cE '^/(tmp|data|dev/shm)/')"

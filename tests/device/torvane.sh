@@ -6,7 +6,7 @@
 expect 'is registered with its descriptor' '[zyl.kwo.Izyl_kwo_service]' \
     "$(service list | sed -n 's/.*\tzyl_kwo_service: //p')"
 expect 'a start uploads and announces three blocks' \
-    "S185100 C0 C1 C2 W0 a W1 a W2 a a" "$(story)"
+    "S185100 C0 C1 C2 W0 W1 W2 a" "$(story)"
 expect 'a start logs its version, the missing files and its registration' \
     'ZylcsToQuorinConv I zyl_kwo_service Service starting (version 1.0.3.5.0)
 zyl_settings_struct_torvane E virtual void zylSettingsStructTorvane::LoadStruct(): Error while trying to open file for loading (file://data//misc//zyl//zyl_kwo_settings)

@@ -115,7 +115,7 @@ int32_t checkReply(const Transaction& call, bool opened, android::status_t statu
                    "a result is documented");
         } else if (*kind == 'p') {
             reply.setDataPosition(reply.dataAvail() == 0 ? 4 : 4 + word);
-        } else if (*kind != 'w') {
+        } else if (*kind != 'w' && *kind != 'f') {
             const char* text = reply.readCString();
             expect(text != nullptr && strlen(text) < static_cast<size_t>(word),
                    "a text ends in time");

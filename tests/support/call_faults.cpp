@@ -8,8 +8,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <mutex>
 #include <new>
+
+#include "lab/journal/journal.h"
 
 namespace {
 
@@ -103,7 +106,9 @@ int fsync(int fd) {
 }
 
 int rename(const char* from, const char* to) noexcept {
-    return faultOf(kRename, from) != 0 ? -1 : static_cast<int>(syscall(SYS_rename, from, to));
+    const bool renamed = faultOf(kRename, from) == 0 && syscall(SYS_rename, from, to) == 0;
+    if (renamed && strstr(to, "zyl_kwo_settings") != nullptr) journal("saved");
+    return renamed ? 0 : -1;
 }
 
 int unlink(const char* path) noexcept {

@@ -63,9 +63,13 @@ int openAs(Kind kind) {
     return fd;
 }
 
-int openDsp() {
+int openDsp(int flags) {
     ++current->opens;
-    if (faultOf(kOpen, kDevicePath) != 0) return -1;
+    if ((flags & O_ACCMODE) != O_RDWR) {
+        errno = EACCES;
+        return -1;
+    }
+    if (faultOf(kOpen, quorin::kNode) != 0) return -1;
     if (current->missing > 0) {
         --current->missing;
         errno = ENOENT;
@@ -100,7 +104,7 @@ void watch(const char* path) {
 }
 
 int openAny(const char* path, int flags, mode_t mode) {
-    if (strcmp(path, kDevicePath) == 0) return openDsp();
+    if (strcmp(path, quorin::kNode) == 0) return openDsp(flags);
     if (strcmp(path, "/dev/binder") == 0) return openAs(Kind::kBinder);
     return openPlainFile(path, flags, mode);
 }
@@ -187,7 +191,7 @@ int ioctl(int fd, unsigned long request, ...) noexcept {
     const Kind kind = isKnown(fd) ? kinds[fd].load() : Kind::kOther;
     if (kind == Kind::kBinder) return binderRequest(request, argument);
     if (kind == Kind::kOther) return static_cast<int>(syscall(SYS_ioctl, fd, request, argument));
-    if (faultOf(kIoctl, kDevicePath) != 0) return -1;
+    if (faultOf(kIoctl, quorin::kNode) != 0) return -1;
     const int error = current->model->request(static_cast<uint32_t>(request), argument);
     if (error != 0) errno = error;
     return error == 0 ? 0 : -1;

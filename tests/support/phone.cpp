@@ -15,6 +15,7 @@
 #include <random>
 #include <sstream>
 
+#include "lab/cases/story.h"
 #include "lab/conversion/layout.h"
 #include "lab/journal/journal.h"
 
@@ -122,6 +123,14 @@ Lines Phone::journal() {
         mJournalRead += static_cast<std::streamoff>(line.size() + 1);
     }
     return lines;
+}
+
+std::string Phone::story() {
+    return withoutSaves(storyWithSaves());
+}
+
+std::string Phone::storyWithSaves() {
+    return storyOf(journal());
 }
 
 Lines Phone::log() {

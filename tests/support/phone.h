@@ -49,10 +49,9 @@ class Phone {
     // What the audio system answers each key with; nothing where the key is not here.
     static std::map<std::string, std::string>& audioReplies();
 
-    // The journal since the last look in short, a word an event: "Sn" cache size, "Cn" block n
-    // configured, "Wn" and "Rn" block n written and read as a whole, "wR.n=DATA" row R of block n
-    // written, "a" announced; in front "x" failed, "!" refused. Other lines stay as they are.
+    // The journal since the last look in short, see lab/cases/story.h.
     std::string story();
+    std::string storyWithSaves();
 
   private:
     std::string mRoot;

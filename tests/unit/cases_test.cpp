@@ -5,57 +5,19 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <set>
-#include <sstream>
 
+#include "lab/cases/case_table.h"
 #include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
 
 using android::sp;
 
-namespace {
-
-// SKIP|CALL|REPLY|STORY, as on the phone.
-struct Case {
-    std::string skip;
-    std::string call;
-    std::string reply;
-    std::string story;
-};
-
-struct Table {
-    std::string name;
-    std::string generation;
-    std::vector<Case> cases;
-};
-
 void PrintTo(const Table& table, std::ostream* out) {
     *out << table.name;
 }
 
-Table readTable(const std::string& path) {
-    Table table;
-    table.name = path.substr(path.rfind('/') + 1);
-    table.name.resize(table.name.find('.'));
-    std::ifstream file(path);
-    std::string line;
-    const std::string generation = "# generation: ";
-    while (std::getline(file, line)) {
-        if (line.compare(0, generation.size(), generation) == 0) {
-            table.generation = line.substr(generation.size());
-        }
-        if (line[0] == '#') continue;
-        std::istringstream fields(line);
-        Case row;
-        std::getline(fields, row.skip, '|');
-        std::getline(fields, row.call, '|');
-        std::getline(fields, row.reply, '|');
-        std::getline(fields, row.story, '|');
-        table.cases.push_back(row);
-    }
-    return table;
-}
+namespace {
 
 std::vector<Table> readTables() {
     std::vector<Table> tables;
@@ -65,58 +27,18 @@ std::vector<Table> readTables() {
     return tables;
 }
 
-std::string hexWords(const android::Parcel& reply) {
-    std::string text;
-    for (size_t at = 0; at < reply.dataSize(); at += 4) {
-        char word[16];
-        snprintf(word, sizeof(word), "%s%08x", at == 0 ? "" : " ",
-                 static_cast<unsigned>(reply.readInt32()));
-        text += word;
-    }
-    return text;
-}
-
-// A call as `service call` would make it, its arguments "i32 N", "f X" and "fd PATH".
-uint32_t fillCall(const std::string& text, android::Parcel* data) {
-    std::istringstream words(text);
-    uint32_t code = 0;
-    words >> code;
-    data->writeInterfaceToken(Izyl_kwo_service::descriptor);
-    std::string type;
-    std::string value;
-    while (words >> type >> value) {
-        if (type == "f") {
-            data->writeFloat(std::stof(value));
-        } else if (type == "fd") {
-            const int fd = open(value.c_str(), O_RDWR | O_CLOEXEC);
-            data->writeDupFileDescriptor(fd);
-            close(fd);
-        } else {
-            data->writeInt32(static_cast<int32_t>(std::stod(value)));
-        }
-    }
-    return code;
-}
-
-// The reply as `service call` would show it.
-std::string replyText(android::status_t status, const android::Parcel& reply) {
-    if (status == android::NO_ERROR) return hexWords(reply);
-    char error[16];
-    snprintf(error, sizeof(error), "0x%08x", static_cast<unsigned>(status));
-    return error;
-}
-
 std::string call(android::IBinder& service, const std::string& text) {
     android::Parcel data;
     android::Parcel reply;
     const uint32_t code = fillCall(text, &data);
-    return replyText(service.transact(code, data, &reply), reply);
+    const android::status_t status = service.transact(code, data, &reply);
+    return replyText(code, status, reply);
 }
 
 using Files = std::map<std::string, Bytes>;
 
 constexpr char kDirectory[] = "/data/misc/zyl/";
-constexpr char kShareRegion[] = "3001 fd /etc/zyl/region i32 61700";
+constexpr char kShareRegion[] = "SET_FILE_DESCRIPTOR /etc/zyl/region 61700";
 
 Files filesNow() {
     Files files;
@@ -158,8 +80,8 @@ class Sweep {
         if (generation == "maldor") Phone::installMaldor();
         writeFile("/etc/zyl/region", tuningImage("region"));
         mService = new zyl_kwo_service;
-        call(*mService, "12 i32 1");
-        call(*mService, "29 f 1 f 2 f 3 f 4");
+        call(*mService, "SET_GEQ_ENABLE 1");
+        call(*mService, "SET_LISTENING_TEST_RESULT 1 2 3 4");
         mService.clear();
         mInitial = filesNow();
     }
@@ -223,7 +145,7 @@ class Sweep {
         if (code != 0) status = mService->transact(code, data, &reply);
         setFault(nullptr);
         EXPECT_EQ(openDescriptors(), open);
-        return {replyText(status, reply), mPhone.story(), Phone::log(), filesNow()};
+        return {replyText(code, status, reply), mPhone.story(), Phone::log(), filesNow()};
     }
 
     void check(const Fault& fault, const Outcome& run) {
@@ -256,15 +178,16 @@ class Sweep {
         const bool place = fault.hit == kOpen || (fault.hit == kRename && fault.error == EACCES);
         const bool record = fault.subject.find("/current_") != std::string::npos;
         const std::string code = mOperation.substr(0, mOperation.find(' '));
-        const bool lenient = code == "start" || code == "31" || code == "41";
-        const bool succeeds = mBase.reply.empty() || mBase.reply.compare(0, 8, "00000000") == 0;
+        const bool lenient = code == "start" || code == "RESET_LISTENING_TEST_RESULT" ||
+                             code == "SET_RELOAD_FLAG";
+        const bool succeeds = mBase.reply == "empty" || mBase.reply.compare(0, 2, "OK") == 0;
         if (succeeds && !told && !lenient && !(place && record)) {
             EXPECT_TRUE(run.files == mBase.files) << "a change is lost in silence";
-            EXPECT_TRUE(run.story == mBase.story || code == "3" || fault.error == ENOSYS)
+            EXPECT_TRUE(run.story == mBase.story || code == "SET_ENABLED" || fault.error == ENOSYS)
                     << run.story << "\ninstead of " << mBase.story;
         }
         if (fault.subject == "calloc") {
-            EXPECT_EQ(run.reply, "0x80000002");
+            EXPECT_EQ(run.reply, "FAILED_TRANSACTION");
             EXPECT_TRUE(run.files == mInitial && run.story.empty());
         }
     }
@@ -273,7 +196,7 @@ class Sweep {
     // Not after a start that could not prepare the cache itself.
     void checkTheDspComesInStep(const Fault& fault) {
         if (fault.calls != kIoctl || mOperation == "start") return;
-        call(*mService, "41 i32 0");
+        call(*mService, "SET_RELOAD_FLAG 0");
         std::vector<Bytes> rebuilt;
         for (unsigned block : {0, 1, 2}) rebuilt.push_back(deviceCalls().model->block(block));
         const sp<zyl_kwo_service> fresh = new zyl_kwo_service;
@@ -291,18 +214,49 @@ class Sweep {
 
 // The calls of the tables, by default one of each code, and what no table holds.
 Lines operationsOf(const std::string& generation) {
-    Lines operations = {"start", kShareRegion, "3002 i32 1", "3003 i32 2"};
+    Lines operations = {"start", kShareRegion, "FETCH_CACHE_BLOCK 1", "PUSH_CACHE_BLOCK 2"};
     std::set<std::string> seen;
     for (const Table& table : readTables()) {
         for (const Case& row : table.cases) {
             // The digest of so much data takes longer than everything else together.
-            const bool huge = row.call.find(" 1677721") != std::string::npos;
+            if (row.call == "start") continue;
+            const bool huge = row.call.find("#1677721") != std::string::npos;
             const std::string key = isLong() ? row.call : row.call.substr(0, row.call.find(' '));
             if (table.generation != generation || huge || !seen.insert(key).second) continue;
             operations.push_back(row.call);
         }
     }
     return operations;
+}
+
+// What every getter of what lasts tells.
+std::string answersOf(android::IBinder& service) {
+    std::string text;
+    for (const char* getter :
+         {"GET_ENABLED", "GET_STEREO_MODE", "GET_TUNING 0", "GET_TUNING 1", "GET_TUNING 2",
+          "GET_GEQ_ENABLE", "GET_GEQ_GAIN_ALL", "GET_SPEAKER_ZYLCS_TUNING_NAME",
+          "GET_SECOND_SPEAKER_ZYLCS_TUNING_NAME", "GET_ACCESSORY_ZYLCS_TUNING_NAME 1",
+          "GET_ACCESSORY_ZYLCS_TUNING_NAME 2", "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 1",
+          "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 2", "GET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING_NAME",
+          "GET_LISTENING_TEST_RESULT"}) {
+        text += getter + (": " + call(service, getter)) + "\n";
+    }
+    return text;
+}
+
+// Whoever starts on the files as they are now has the same settings, and the first is none the
+// worse for it.
+void expectSettingsAreInTheFiles(Phone& phone, android::IBinder& service) {
+    const bool had = exists(kSettingsFile);
+    const Bytes file = readFile(kSettingsFile);
+    const auto model = std::exchange(deviceCalls().model, std::make_shared<DspModel>());
+    sp<zyl_kwo_service> second = new zyl_kwo_service;
+    EXPECT_EQ(answersOf(*second), answersOf(service));
+    second = nullptr;
+    had ? writeFile(kSettingsFile, file) : static_cast<void>(remove(kSettingsFile));
+    deviceCalls().model = model;
+    phone.story();
+    Phone::log();
 }
 
 class Cases : public testing::TestWithParam<Table> {};
@@ -314,15 +268,17 @@ TEST_P(Cases, ReplyAndActAsTheTableSays) {
     Phone phone;
     if (GetParam().generation == "torvane") Phone::installTorvane();
     if (GetParam().generation == "maldor") Phone::installMaldor();
-    const sp<zyl_kwo_service> service = phone.start();
+    sp<zyl_kwo_service> service = phone.start();
     for (const Case& row : GetParam().cases) {
-        SCOPED_TRACE(row.skip + "|" + row.call);
-        if (!row.skip.empty()) {
-            deviceCalls().model->fail(static_cast<unsigned>(std::stoul(row.skip)), 1);
-        }
-        EXPECT_EQ(call(*service, row.call), row.reply);
-        EXPECT_EQ(phone.story(), row.story);
+        SCOPED_TRACE(row.call + " | " + row.story);
+        if (row.call == "start") service = nullptr, phone.story();
+        if (row.failing >= 0) deviceCalls().model->fail(static_cast<unsigned>(row.failing), 1);
+        if (row.call == "start") service = new zyl_kwo_service;
+        EXPECT_EQ(row.call == "start" ? "" : call(*service, row.call), row.reply);
+        EXPECT_EQ(phone.storyWithSaves(), row.story);
         deviceCalls().model->reset();
+        if (row.call.compare(0, 4, "GET_") == 0 || row.reply.compare(0, 2, "OK") != 0) continue;
+        expectSettingsAreInTheFiles(phone, *service);
     }
 }
 

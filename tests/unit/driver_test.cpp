@@ -46,11 +46,8 @@ TEST(Driver, ADeviceThatIsNotThereIsTriedTwelveTimes) {
         int result;
         const char* actions;
     } const kCases[] = {
-            {0, 1, 0, 0, "W1 a"},
-            {1, 2, 100000, 0, "W1 a"},
-            {11, 12, 1100000, 0, "W1 a"},
-            {12, 12, 1200000, -1, "a"},
-            {INT_MAX, 12, 1200000, -1, "a"},
+            {0, 1, 0, 0, "W1"},         {1, 2, 100000, 0, "W1"},         {11, 12, 1100000, 0, "W1"},
+            {12, 12, 1200000, -1, "a"}, {INT_MAX, 12, 1200000, -1, "a"},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.missing);
@@ -78,9 +75,10 @@ TEST(Driver, TheLogTimePropertyLogsNanosecondsOfEachUpload) {
         s.driver.sendParam(buffer, row.id, row.size, row.offset, kBlockSpeaker);
         s.driver.readParamBlock(s.ctrl, kBlockBluetooth);
         s.driver.notifyNewParams();
-        EXPECT_EQ(s.phone.story(), "W1 a w2.0=03000000 a R2 a");
+        EXPECT_EQ(s.phone.story(), "W1 w2.0=3 R2 a");
         const auto line = testing::MatchesRegex(
-                "4 ZylcsToQuorinConv: system time before sending parameters to driver [0-9]+");
+                "4 ZylcsToQuorinConv: system time before sending parameters to driver "
+                "[0-9]{1,9}");
         EXPECT_THAT(s.phone.log(),
                     testing::AllOf(testing::SizeIs(logs ? 2 : 0), testing::Each(line)));
     }

@@ -61,7 +61,7 @@ TEST(SharedMemory, BlocksTravelBothWaysThroughMemoryAndFiles) {
         EXPECT_TRUE(deviceCalls().model->block(1) == tuningImage("pushed"));
         setFault(nullptr);
         EXPECT_EQ(missing.reached, n < 2 ? 0 : 2);
-        EXPECT_EQ(s.phone.story(), "R2 W1 a a");
+        EXPECT_EQ(s.phone.story(), "R2 W1 a");
     }
 }
 
