@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <chrono>
 #include <thread>
+#include <tuple>
 
 #include "lab/cases/case_table.h"
 #include "lab/conversion/layout.h"
@@ -17,11 +18,11 @@ namespace {
 
 constexpr char kUnnamed[] = "OK \"00000000-0000-0000-0000-000000000000\"";
 
-enum Generation { kNoTunings, kTorvaneTunings, kMaldorTunings };
+enum Tunings { kNoTuning, kTorvane, kMaldor };
 
-sp<zyl_kwo_service> startWith(Phone& phone, Generation generation) {
-    if (generation == kTorvaneTunings) Phone::installTorvane();
-    if (generation == kMaldorTunings) Phone::installMaldor();
+sp<zyl_kwo_service> startWith(Phone& phone, Tunings tunings) {
+    if (tunings == kTorvane) Phone::installTorvane();
+    if (tunings == kMaldor) Phone::installMaldor();
     return phone.start();
 }
 
@@ -47,40 +48,39 @@ bool becomes(Condition condition) {
 
 // If one of them waited for a lock, it would not answer before the lock is given up.
 TEST(Contract, WhatNeedsNoTurnIsAnsweredWhileAnotherHasIt) {
-    const std::tuple<Generation, const char*, const char*> kCases[] = {
-            {kMaldorTunings, "GET_LISTENING_TEST_RESULT", "OK -1 -1 -1 -1"},
-            {kMaldorTunings, "GET_SPEAKER_ZYLCS_TUNING_NAME", kUnnamed},
-            {kMaldorTunings, "GET_SECOND_SPEAKER_ZYLCS_TUNING_NAME", kUnnamed},
-            {kMaldorTunings, "GET_ACCESSORY_ZYLCS_TUNING_NAME 1", kUnnamed},
-            {kMaldorTunings, "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 2", kUnnamed},
-            {kMaldorTunings, "GET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING_NAME", kUnnamed},
-            {kMaldorTunings, "GET_VERSION_STRING",
-             "\"KwoService=1.0.3.5.0;ConversionLib=3.1.0;;;\""},
-            {kMaldorTunings, "GET_PLATFORM_INFO 0", "00000014"},
-            {kMaldorTunings, "GET_TUNING 0", "NOT_AVAILABLE 0"},
-            {kMaldorTunings, "SET_TUNING 0 1", "NOT_AVAILABLE"},
-            {kMaldorTunings, "SET_ACCESSORY_ZYLCS_TUNING 0 \"\" 0", "BAD_ARGUMENT"},
-            {kTorvaneTunings, "SET_SPEAKER_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
-            {kTorvaneTunings, "SET_SECOND_SPEAKER_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
-            {kTorvaneTunings, "SET_ACCESSORY_ZYLCS_TUNING 1 \"\" 0", "NOT_AVAILABLE"},
-            {kTorvaneTunings, "SET_STEREO_ROOM_ZYLCS_TUNING 1 \"\" 0", "NOT_AVAILABLE"},
-            {kTorvaneTunings, "SET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
-            {kTorvaneTunings, "SET_LISTENING_TEST_RESULT 1 2 3 4", "NOT_AVAILABLE"},
-            {kTorvaneTunings, "RESET_LISTENING_TEST_RESULT", "NOT_AVAILABLE"},
-            {kNoTunings, "GET_ENABLED", "FAILED_TRANSACTION"},
-            {kNoTunings, "SET_ENABLED 1", "FAILED_TRANSACTION"},
-            {kNoTunings, "GET_STEREO_MODE", "NOT_AVAILABLE 0"},
-            {kNoTunings, "SET_STEREO_MODE 1", "NOT_AVAILABLE"},
-            {kNoTunings, "GET_GEQ_GAIN 1", "NOT_AVAILABLE 0"},
-            {kNoTunings, "SET_GEQ_GAIN 1 4096", "NOT_AVAILABLE"},
-            {kNoTunings, "SET_GEQ_GAIN_ALL 4096*10", "NOT_AVAILABLE"},
-            {kNoTunings, "GET_GEQ_ENABLE", "NOT_AVAILABLE 0"},
-            {kNoTunings, "SET_GEQ_ENABLE 1", "NOT_AVAILABLE"},
+    const std::tuple<Tunings, const char*, const char*> kCases[] = {
+            {kMaldor, "GET_LISTENING_TEST_RESULT", "OK -1 -1 -1 -1"},
+            {kMaldor, "GET_SPEAKER_ZYLCS_TUNING_NAME", kUnnamed},
+            {kMaldor, "GET_SECOND_SPEAKER_ZYLCS_TUNING_NAME", kUnnamed},
+            {kMaldor, "GET_ACCESSORY_ZYLCS_TUNING_NAME 1", kUnnamed},
+            {kMaldor, "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 2", kUnnamed},
+            {kMaldor, "GET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING_NAME", kUnnamed},
+            {kMaldor, "GET_VERSION_STRING", "\"KwoService=1.0.3.5.0;ConversionLib=3.1.0;;;\""},
+            {kMaldor, "GET_PLATFORM_INFO 0", "00000014"},
+            {kMaldor, "GET_TUNING 0", "NOT_AVAILABLE 0"},
+            {kMaldor, "SET_TUNING 0 1", "NOT_AVAILABLE"},
+            {kMaldor, "SET_ACCESSORY_ZYLCS_TUNING 0 \"\" 0", "BAD_ARGUMENT"},
+            {kTorvane, "SET_SPEAKER_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
+            {kTorvane, "SET_SECOND_SPEAKER_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
+            {kTorvane, "SET_ACCESSORY_ZYLCS_TUNING 1 \"\" 0", "NOT_AVAILABLE"},
+            {kTorvane, "SET_STEREO_ROOM_ZYLCS_TUNING 1 \"\" 0", "NOT_AVAILABLE"},
+            {kTorvane, "SET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
+            {kTorvane, "SET_LISTENING_TEST_RESULT 1 2 3 4", "NOT_AVAILABLE"},
+            {kTorvane, "RESET_LISTENING_TEST_RESULT", "NOT_AVAILABLE"},
+            {kNoTuning, "GET_ENABLED", "FAILED_TRANSACTION"},
+            {kNoTuning, "SET_ENABLED 1", "FAILED_TRANSACTION"},
+            {kNoTuning, "GET_STEREO_MODE", "NOT_AVAILABLE 0"},
+            {kNoTuning, "SET_STEREO_MODE 1", "NOT_AVAILABLE"},
+            {kNoTuning, "GET_GEQ_GAIN 1", "NOT_AVAILABLE 0"},
+            {kNoTuning, "SET_GEQ_GAIN 1 4096", "NOT_AVAILABLE"},
+            {kNoTuning, "SET_GEQ_GAIN_ALL 4096*10", "NOT_AVAILABLE"},
+            {kNoTuning, "GET_GEQ_ENABLE", "NOT_AVAILABLE 0"},
+            {kNoTuning, "SET_GEQ_ENABLE 1", "NOT_AVAILABLE"},
     };
-    for (const auto& [generation, call, reply] : kCases) {
+    for (const auto& [tunings, call, reply] : kCases) {
         SCOPED_TRACE(call);
         Phone phone;
-        const sp<zyl_kwo_service> service = startWith(phone, generation);
+        const sp<zyl_kwo_service> service = startWith(phone, tunings);
         std::atomic<bool> answered{false};
         std::string got;
         gServiceLock.lock();
@@ -103,7 +103,7 @@ TEST(Contract, TuningDataIsConvertedBeforeItsTurn) {
           "SET_LISTENING_TEST_RESULT 1 2 3 4"}) {
         SCOPED_TRACE(call);
         Phone phone;
-        const sp<zyl_kwo_service> service = startWith(phone, kMaldorTunings);
+        const sp<zyl_kwo_service> service = startWith(phone, kMaldor);
         gServiceLock.lock();
         std::thread caller([&] { EXPECT_EQ(replyTo(*service, call), "OK"); });
         EXPECT_TRUE(becomes([&phone] { return !phone.journal().empty(); }));
@@ -135,7 +135,7 @@ TEST(Contract, TheEqualiserIsLaidOverTheEffect) {
         layout().rows[13].offset = layout().rows[row].offset;
         writeFile(kSettingsFile, bytesOf({3, 0, 3, 1, 3, 0, 4096, 4096, 4096, 4096, 4096, 4096,
                                           4096, 4096, 4096, 4096, 77}));
-        const sp<zyl_kwo_service> service = startWith(phone, kTorvaneTunings);
+        const sp<zyl_kwo_service> service = startWith(phone, kTorvane);
         EXPECT_EQ(wordAt(deviceCalls().model->block(1), layout().rows[row].offset), 77u) << row;
     }
 }
@@ -145,7 +145,7 @@ TEST(Contract, ARecordKeepsItsSize) {
     for (uint32_t size : {16384u, 61700u, 70000u}) {
         Phone phone;
         layout().words[0] = size;
-        const sp<zyl_kwo_service> service = startWith(phone, kMaldorTunings);
+        const sp<zyl_kwo_service> service = startWith(phone, kMaldor);
         replyTo(*service, "SET_SPEAKER_ZYLCS_TUNING \"Id\" 0");
         const Bytes record = readFile("/data/misc/zyl/current_speaker_on");
         EXPECT_EQ(record.size(), kImageSize);
@@ -158,7 +158,7 @@ TEST(Contract, ARecordKeepsItsSize) {
 TEST(Contract, AListeningTestCountsWhenItsMarkIsOne) {
     for (int mark : {0, 1, 2, 255}) {
         Phone phone;
-        sp<zyl_kwo_service> service = startWith(phone, kMaldorTunings);
+        sp<zyl_kwo_service> service = startWith(phone, kMaldor);
         EXPECT_EQ(replyTo(*service, "SET_LISTENING_TEST_RESULT 1 2 3 4"), "OK");
         service = nullptr;
         Bytes file = readFile(kSettingsFile);
