@@ -24,6 +24,7 @@ LOCAL_EXPORT_C_INCLUDE_DIRS := $(LOCAL_PATH)
 include $(BUILD_SHARED_LIBRARY)
 
 $(call zyl-module,libzyl_driver, \
+    driver/descriptor.cpp \
     driver/parameter_table.cpp \
     driver/pipeline.cpp \
     driver/zyl_driver.cpp \
@@ -33,8 +34,10 @@ LOCAL_SHARED_LIBRARIES += libcutils libmedia libzyl-kwo-zylcs-conv
 include $(BUILD_STATIC_LIBRARY)
 
 $(call zyl-module,libzyl_settings, \
-    settings/files.cpp \
+    settings/fair_lock.cpp \
+    settings/generations.cpp \
     settings/maldor_records.cpp \
+    settings/replace_file.cpp \
     settings/settings_holder.cpp \
     settings/settings_struct.cpp \
     settings/settings_struct_maldor.cpp \

@@ -12,8 +12,8 @@ SHIPPED = ("interface", "service", "operations", "driver", "settings", "client")
 LIBRARIES = {"lab::conversion": "libzyl-kwo-zylcs-conv", "lab::media": "libmedia",
              "lab::properties": "libcutils"}
 # What only CMake's build asks of the sources, and what only a tree's says.
-STRICTER = {"-Werror", "-Wconversion", "-Wold-style-cast", "-Wshadow", "-Wc++17-extensions",
-            "-Wc++20-extensions", "-std=c++14"}
+STRICTER = {"-Werror", "-Wconversion", "-Wold-style-cast", "-Wshadow", "-Wthread-safety-beta",
+            "-Wc++17-extensions", "-Wc++20-extensions", "-std=c++14"}
 LENIENT = {"-Wno-error"}
 # What is there in every tree. From API 26 on it is libaudioclient that has AudioSystem.
 PLATFORM = {"libbinder", "libcutils", "liblog", "libmedia", "libutils"}
