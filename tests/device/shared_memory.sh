@@ -14,13 +14,12 @@ digest() {
     md5sum | cut -d ' ' -f 1
 }
 
-mkfifo /tmp/fifo
-expect 'neither no descriptor nor a pipe can be mapped' 'fffffffd fffffffd' \
-    "$(reply 3001 i32 0 i32 61700) $(region /tmp/fifo 61700)"
+expect 'neither no descriptor nor a device without memory can be mapped' 'fffffffd fffffffd' \
+    "$(reply 3001 i32 0 i32 61700) $(region /dev/null 61700)"
 expect 'and the log says why' 'zyl_kwo_service service E mmap failed! 9, Bad file descriptor
 zyl_kwo_service service E mmap failed! 19, No such device' "$(new_log)"
 
-for file in /tmp/region /data/region /dev/shm/region; do
+for file in /tmp/region /data/local/tmp/region /dev/shm/region; do
     tr '\0' '\377' </dev/zero 2>/dev/null | head -c 70000 >$file
     expect "$file is a region" 00000000 "$(region $file 70000)"
     expect 'that takes a block' "00000000 $(dspctl block 1 | digest)" \
