@@ -63,8 +63,8 @@ zylKwoErrors zylSettingsStructMaldor::loadQuorinPipeline(const std::string& path
 }
 
 zylKwoErrors zylSettingsStructMaldor::saveQuorinPipeline(const std::string& path,
-                                                         const Record& record) {
-    if (replaceFile(path.c_str(), record.get(), kQuorinPipelineSize) !=
+                                                         const Record& record, DirectorySync sync) {
+    if (replaceFile(path.c_str(), record.get(), kQuorinPipelineSize, sync) !=
         ReplaceResult::kNotWritten) {
         return kZylKwoOk;
     }
@@ -73,14 +73,15 @@ zylKwoErrors zylSettingsStructMaldor::saveQuorinPipeline(const std::string& path
     return kZylKwoTuningNotLoadable;
 }
 
-zylKwoErrors zylSettingsStructMaldor::modifyRecord(const std::string& name, const Modify& modify) {
-    const std::string path = ZYL_DATA_DIRECTORY + name;
+zylKwoErrors zylSettingsStructMaldor::modifyRecord(const std::string& file, const Modify& modify,
+                                                   DirectorySync sync) {
+    const std::string path = ZYL_DATA_DIRECTORY + file;
     Record record;
     zylKwoErrors result = loadQuorinPipeline(path, &record);
     if (result != kZylKwoOk) return result;
     result = errorFromLibrary(modify(reinterpret_cast<_zylZylcsQuorinPipeLine*>(record.get())));
     if (result != kZylKwoOk) return result;
-    return saveQuorinPipeline(path, record);
+    return saveQuorinPipeline(path, record, sync);
 }
 
 zylKwoErrors zylSettingsStructMaldor::modifyLineoutAndBluetooth(const ModifyAtRate& modify) {
@@ -156,8 +157,9 @@ zylKwoErrors zylSettingsStructMaldor::applyListeningTest(float a, float b, float
 void zylSettingsStructMaldor::resetListeningTest(zylRoute route) {
     mImage.listeningTestSet = 0;
     std::fill(std::begin(mImage.listeningTest), std::end(mImage.listeningTest), kNoListeningTest);
-    modifyRecord(getTuningFileName(route, true), [](_zylZylcsQuorinPipeLine* record) {
+    const auto modify = [](_zylZylcsQuorinPipeLine* record) {
         setListeningTestState(record, kNoListeningTestApplied);
         return 0;
-    });
+    };
+    modifyRecord(getTuningFileName(route, true), modify, DirectorySync::kWithTheNext);
 }

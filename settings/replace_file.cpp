@@ -94,7 +94,7 @@ bool syncDirectoryOf(Path& path) {
 
 }  // namespace
 
-ReplaceResult replaceFile(const char* path, const void* bytes, size_t size) {
+ReplaceResult replaceFile(const char* path, const void* bytes, size_t size, DirectorySync sync) {
     Path target;
     if (!target.assign(path, "")) return ReplaceResult::kNotOpened;
     Descriptor old = openTarget(target);
@@ -121,5 +121,6 @@ ReplaceResult replaceFile(const char* path, const void* bytes, size_t size) {
         return refused ? writeInPlace(target, std::move(old), bytes, size)
                        : ReplaceResult::kNotWritten;
     }
+    if (sync == DirectorySync::kWithTheNext) return ReplaceResult::kReplaced;
     return syncDirectoryOf(temporary) ? ReplaceResult::kReplaced : ReplaceResult::kNotWritten;
 }

@@ -5,8 +5,13 @@
 
 #include <cstddef>
 
+// When the directory, and with it the file's new name, has to be on the disk: when the call
+// returns, or when the caller's next call for a file of the same directory does, which then syncs
+// it for both.
+enum class DirectorySync { kNow, kWithTheNext };
+
 enum class ReplaceResult {
-    kReplaced,   // and on the disk: a power cut from now on loses nothing
+    kReplaced,   // and on the disk, with DirectorySync::kNow: a power cut from now on loses nothing
     kNotOpened,  // the file cannot be opened for writing, or not be made; it is untouched
     kNotWritten  // the new contents may not last: the old file is untouched, or, where only the
                  // directory could not be synced, the new one is in place
@@ -20,6 +25,7 @@ enum class ReplaceResult {
 // The file is replaced through a temporary one beside it, "PATH.tmp". Where that cannot be made, or
 // not be put in place, because of the directory (its rights, a directory of that name, no inode
 // left), the file is written in place: that is not atomic, and the one thing that can be done.
-ReplaceResult replaceFile(const char* path, const void* bytes, size_t size);
+ReplaceResult replaceFile(const char* path, const void* bytes, size_t size,
+                          DirectorySync sync = DirectorySync::kNow);
 
 #endif  // ZYL_SETTINGS_REPLACE_FILE_H

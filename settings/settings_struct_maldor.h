@@ -12,6 +12,7 @@
 #include <string>
 
 #include "driver/zyl_convert_api.h"
+#include "settings/replace_file.h"
 #include "settings/settings_struct.h"
 
 // Held from before tuning data or a listening test is folded into a record until it is remembered,
@@ -78,7 +79,7 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
     zylKwoErrors applyListeningTest(float a, float b, float c, float d) ZYL_REQUIRES(gRecordLock);
 
     // Forgets the listening test, here and in the route's record. A record that cannot be read or
-    // written is left as it is.
+    // written is left as it is. It lasts from the next SaveStruct on.
     void resetListeningTest(zylRoute route) ZYL_REQUIRES(gRecordLock);
 
   private:
@@ -92,9 +93,10 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
     static const Traits kTraits;
 
     zylKwoErrors loadQuorinPipeline(const std::string& path, Record* record);
-    zylKwoErrors saveQuorinPipeline(const std::string& path, const Record& record);
-    zylKwoErrors modifyRecord(const std::string& name, const Modify& modify)
-            ZYL_REQUIRES(gRecordLock);
+    zylKwoErrors saveQuorinPipeline(const std::string& path, const Record& record,
+                                    DirectorySync sync);
+    zylKwoErrors modifyRecord(const std::string& file, const Modify& modify,
+                              DirectorySync sync = DirectorySync::kNow) ZYL_REQUIRES(gRecordLock);
     zylKwoErrors modifyLineoutAndBluetooth(const ModifyAtRate& modify) ZYL_REQUIRES(gRecordLock);
 
     char* imageBytes() { return reinterpret_cast<char*>(&mImage); }
