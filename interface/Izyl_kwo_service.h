@@ -116,9 +116,10 @@ class Izyl_kwo_service : public android::IInterface {
     // The effect's switch. Zero is off; any other value is on and is given back as it was set.
     virtual int32_t getEnabled(int32_t* enabled) = 0;
     // Loads the speaker's block anew and writes the switch to the two other blocks. The DSP's
-    // refusals are not reported. When the speaker's tuning cannot be loaded, the choice is saved
-    // but the DSP is sent nothing: the service's own object then returns kZylKwoBadArgument. The
-    // proxy reports every failure of these two operations as kZylKwoCallFailed.
+    // refusals are not reported and end nothing. When the speaker's tuning cannot be loaded, the
+    // choice is saved but the DSP is sent nothing: the service's own object then returns
+    // kZylKwoBadArgument. The proxy reports every failure of these two operations as
+    // kZylKwoCallFailed.
     virtual int32_t setEnabled(int32_t enabled) = 0;
 
     // The stereo mode, 1 to 3. setStereoMode writes it to lineout's block and then to bluetooth's.
@@ -187,9 +188,9 @@ class Izyl_kwo_service : public android::IInterface {
     // read or written; kZylKwoTuningNotLoadable when a block cannot be loaded from its record;
     // kZylKwoUploadFailed. After a failure no name is kept, but records and blocks that came before
     // it stay changed. A record whose file may not be written counts as written.
-    // The proxy returns kZylKwoCallFailed for a size out of range. What the two speaker operations
-    // are sent stays allocated in the service: from 128 MiB on they return kZylKwoCallFailed until
-    // it is started again.
+    // The proxy returns kZylKwoCallFailed for a size out of range. The service keeps the data of
+    // the two speaker operations allocated. Once that is 128 MiB, both return kZylKwoCallFailed
+    // until the service is started again.
     virtual int32_t setSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize, uint8_t* work,
                                           int32_t workSize) = 0;
     virtual int32_t setSecondSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize,
@@ -233,10 +234,10 @@ class Izyl_kwo_service : public android::IInterface {
     virtual int32_t setActiveRoute(int32_t route) = 0;
 
     // Loads and uploads all three blocks anew, and returns kZylKwoOk in any case: a block whose
-    // tuning file is missing or short is left out. `forced` switches forced mode, which is not
-    // saved. While it is on, the service sends lineout and bluetooth stereo mode 3 and cleared
-    // effect parameters behind every change that it sends to the DSP, except pushCacheBlock; the
-    // settings keep what clients chose.
+    // tuning file is missing or short, or that the DSP refuses, is left out. `forced` switches
+    // forced mode, which is not saved. While it is on, the service sends lineout and bluetooth
+    // stereo mode 3 and cleared effect parameters behind every change that it sends to the DSP,
+    // except pushCacheBlock; the settings keep what clients chose.
     virtual int32_t setReloadFlag(bool forced) = 0;
 
     // The output devices that a route's block serves, as a bit mask of the platform's audio
@@ -264,7 +265,8 @@ class Izyl_kwo_service : public android::IInterface {
     virtual int32_t pushCacheBlock(int32_t block) = 0;
 
     // Ten values that clients share, in the clients' own unit; -80000 each after a start, and not
-    // saved. The service takes any and does not act on them. Each call reads or writes all ten.
+    // saved. The service takes any and does not act on them. All ten are read or written in one
+    // turn.
     virtual int32_t getDbLevels(int32_t levels[kDbLevelCount]) = 0;
     virtual int32_t setDbGain(const int32_t levels[kDbLevelCount]) = 0;
 };

@@ -115,7 +115,8 @@ int32_t zyl_kwo_service::fetchCacheBlock(int32_t block) {
         driverWithoutLock().readParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
         return kZylKwoUploadFailed;
     }
-    // A fetch has the same result as a push when something fails, whose name speaks of an upload.
+    // Devices have one result for all that can go wrong with a block. Its name speaks of an upload,
+    // but it is a fetch's, too.
     return copyToRegion(region, ctrl.data(), ctrl.pipelineSize()) ? kZylKwoOk : kZylKwoUploadFailed;
 }
 

@@ -1,7 +1,7 @@
 // The user's settings in memory and in the settings file.
 //
 // A settings struct does not guard its fields; the service calls it under its own locks. Setters
-// change memory only, and SaveStruct writes the file. What is refused is logged under the
+// change memory only, and SaveStruct writes the file. A refusal is logged under the
 // generation's tag.
 
 #ifndef ZYL_SETTINGS_SETTINGS_STRUCT_H
