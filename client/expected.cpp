@@ -63,7 +63,7 @@ void putParameter(Overlay& overlay, size_t row, uint32_t number, size_t width = 
     }
 }
 
-// The first and the second pair lie at different distances: the layout wants it so.
+// The first and the second pair lie at different distances. Devices have it so.
 void putEffect(Overlay& overlay, bool on) {
     const uint32_t firstPair = on ? 0 : kEffectOffFirstPair;
     const uint32_t secondPair = on ? 0 : kEffectOffSecondPair;

@@ -1,4 +1,4 @@
-// The directory that the service keeps its files in, for literals to be made with.
+// The directory in which the service keeps its files, as a macro that literals are made with.
 
 #ifndef ZYL_DRIVER_DATA_DIRECTORY_H
 #define ZYL_DRIVER_DATA_DIRECTORY_H

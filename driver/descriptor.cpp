@@ -9,7 +9,7 @@
 
 namespace {
 
-// As many as the binder pool has threads, each with two files open at the most.
+// More than the binder pool's threads need, of which each has two files open at the most.
 constexpr rlim_t kReserved = 64;
 
 constexpr int kAttempts = 12;

@@ -35,8 +35,8 @@ class Descriptor {
     int mFd;
 };
 
-// Opens a file for the service itself, closed on exec, without ever waiting for another process (a
-// FIFO that nobody writes reads as empty). Leaves errno as open() does.
+// Opens a file for the service itself, closed on exec. It never waits for another process: a FIFO
+// that nobody writes reads as empty. Leaves errno as open() does.
 //
 // Descriptors that clients send come into the table of this process, up to its soft limit. When
 // they have filled it, this goes on up to the hard limit, one file at a time, and tries again for
@@ -44,20 +44,20 @@ class Descriptor {
 // Any thread.
 Descriptor openFile(const char* path, int flags, mode_t mode = 0);
 
-// The same in a single attempt, for callers who try again by themselves. `flags` are used as they
-// are. Returns the descriptor, or -1.
+// The same in a single attempt, for callers who try again by themselves; `flags` are passed on
+// unchanged. Returns the descriptor, or -1.
 int openOnce(const char* path, int flags, mode_t mode = 0);
 
-// Whether the file can be opened for reading now; one that is there but cannot be is as good as
+// Whether the file can be opened for reading now. One that is there but cannot be opened counts as
 // missing.
 bool canBeRead(const char* path);
 
 // Leaves room between the soft and the hard limit for openFile, by lowering the soft one where
-// needed. Once, before any client can call.
+// needed. To be called once, before any client can call.
 void keepDescriptorsInReserve();
 
-// Reads until `size` bytes are there; false at the end of the file or on an error, with `read`, if
-// it is given, telling how many came.
+// Reads until `size` bytes are there; false when the file ends before or on an error. Stores how
+// many bytes came in `read`, unless it is null.
 bool readFully(const Descriptor& file, void* bytes, size_t size, size_t* read = nullptr);
 
 bool writeFully(const Descriptor& file, const void* bytes, size_t size);

@@ -12,7 +12,7 @@ ParameterTableEntry g_parameterTable[kParameterRowCount];
 
 namespace {
 
-// Sizes are added to an offset; from here none of them leads into a pipeline.
+// Sizes are added to an offset. From this one, no size leads into a pipeline.
 constexpr int32_t kNowhere = INT32_MIN;
 
 void refuse(int row, ParameterTableEntry& entry) {

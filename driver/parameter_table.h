@@ -1,4 +1,4 @@
-// Where the parameters of the Quorin pipeline lie, as the conversion library reports them.
+// The table of the pipeline's parameters, as the conversion library reports them.
 
 #ifndef ZYL_DRIVER_PARAMETER_TABLE_H
 #define ZYL_DRIVER_PARAMETER_TABLE_H
@@ -26,7 +26,7 @@ constexpr int kParameterRowCount = 29;
 static_assert(kRowGEQGain + kGEQBandCount == kRowGEQEnable,
               "the bands' rows end where the equaliser's switch has its own");
 
-// What the effect's rows hold while the effect is off; while it is on, they hold 0.
+// The effect's rows hold these values while the effect is off, and 0 while it is on.
 constexpr uint32_t kEffectOffFirstPair = 23;
 constexpr uint32_t kEffectOffSecondPair = 31;
 
@@ -40,7 +40,8 @@ struct ParameterTableEntry {
 extern ParameterTableEntry g_parameterTable[kParameterRowCount];
 
 // Asks the conversion library. A row with a size that no pipeline can hold is refused with a line
-// in the log: it has a size of 0 and lies nowhere, so that the DSP refuses what is sent for it.
+// in the log: it gets a size of 0 and an offset outside of any pipeline, so that the DSP refuses
+// what is sent for it.
 void fillParameterTable();
 
 #endif  // ZYL_DRIVER_PARAMETER_TABLE_H

@@ -9,19 +9,20 @@
 #include "driver/zyl_convert_api.h"
 #include "driver/zyl_quorin_ioctl.h"
 
-// More than any device has: what the library reports beyond it is taken for a fault of its own.
+// In bytes. No device has a pipeline as large as this; when the library reports a larger one, the
+// library is at fault.
 constexpr uint32_t kLargestPipeline = 4 << 20;
 
-// What the conversion library reports about the pipeline now. A pipeline that is larger than
-// kLargestPipeline counts as one of size 0, for which no upload succeeds.
+// Asks the conversion library about the pipeline. One that is larger than kLargestPipeline is
+// reported with a size of 0, for which no upload succeeds.
 _zylZylcsQuorinPipeLineInfo reportedPipeline();
 
 // The size of one pipeline image in bytes, as the library reports it now.
 uint32_t reportedPipelineSize();
 
-// One pipeline image, optionally with room for the upload header in front of it, so that header and
-// image go to the DSP in one piece. Sized by the conversion library when it is made. The contents
-// are not cleared.
+// One pipeline image, of the size that the conversion library reports when it is made. It may have
+// room for the upload header in front, so that header and image go to the DSP in one piece. The
+// contents are not cleared.
 class zylQuorinPipelineCtrl {
   public:
     enum Header : bool { kWithoutHeader = false, kWithHeader = true };
@@ -33,13 +34,13 @@ class zylQuorinPipelineCtrl {
     uint8_t* data() { return mArray.get() + mHeaderSize; }
     uint32_t pipelineSize() const { return mPipelineSize; }
 
-    // Only with a header.
+    // Only for an image made with a header.
     ParamBlockHeader* header() { return reinterpret_cast<ParamBlockHeader*>(mArray.get()); }
 
     void clear();
 
-    // Writes `size` bytes at a byte offset of the image. A place that is not wholly inside the
-    // image is left out: the offsets come from a library that this service cannot vouch for.
+    // Writes `size` bytes at a byte offset of the image. Nothing is written when the place is not
+    // wholly inside the image, as the offsets are the library's and may be wrong.
     void put(int64_t offset, const void* bytes, uint32_t size);
 
   private:
@@ -48,8 +49,8 @@ class zylQuorinPipelineCtrl {
     const std::unique_ptr<uint8_t[]> mArray;
 };
 
-// The upload of a single parameter: a header and a payload that always has room for one 32-bit
-// word, whatever the parameter's size is. Zeroed.
+// The upload of a single parameter: a header and a payload, which has room for at least one 32-bit
+// word, whatever the parameter's size is. All but the first word of the payload is zero.
 class ParameterBuffer {
   public:
     explicit ParameterBuffer(uint32_t payloadSize, uint32_t firstWord = 0);

@@ -2,8 +2,9 @@
 //
 // The library alone knows the layout of the Quorin pipeline, the parameter image that drives the
 // DSP effect, and how zylcs tuning data becomes pipeline contents. It is closed; this header is all
-// that the service knows of it. Its functions have C++ linkage and are not assumed to be
-// thread-safe. Nothing here allocates for the caller or takes ownership.
+// that the service knows of it. Its functions have C++ linkage. The service does not assume that
+// the Modify functions are thread-safe, and calls them under gRecordLock. Nothing here allocates
+// for the caller or takes ownership.
 
 #ifndef ZYL_DRIVER_ZYL_CONVERT_API_H
 #define ZYL_DRIVER_ZYL_CONVERT_API_H
@@ -12,8 +13,8 @@
 
 // The names are the library's. NOLINTBEGIN(bugprone-reserved-identifier)
 
-// What the library reports about the pipeline. `words[0]` is the size of one pipeline image in
-// bytes; `words[2]` is unused; the others are layout words that go to the DSP unchanged.
+// The library's description of the pipeline. `words[0]` is the size of one pipeline image in bytes;
+// `words[2]` is unused; the others are layout words that go to the DSP unchanged.
 struct _zylZylcsQuorinPipeLineInfo {
     uint32_t words[9];
 };
@@ -37,7 +38,7 @@ enum _zylZylcsUpdateStereoRoom : int32_t {
     kStereoRoomForLineout = 1,
 };
 
-// Fills `info`. What it reports stays the same as long as the process lives.
+// Fills `info`, with the same words as long as the process lives.
 int32_t ZYL_Convert_API_GetPipelineSize(_zylZylcsQuorinPipeLineInfo* info);
 
 // Fills the parameter's id, its size in bytes and its byte offset within the pipeline.

@@ -24,7 +24,7 @@ namespace {
 constexpr int kOpenAttempts = 12;
 constexpr useconds_t kOpenRetryDelay = 100 * 1000;
 
-// Only the nanoseconds, without their second: the line is there to tell close uploads apart.
+// Logs the nanoseconds without their second. The line is fixed, see docs/operating.md.
 void logUploadTime() {
     char value[PROPERTY_VALUE_MAX] = {};
     property_get("zyl.kwo.log_time", value, nullptr);
@@ -49,9 +49,9 @@ int zylDriver::openDevice() {
 }
 
 // With no device the request is made on -1, and fails as any other refused request does.
-int zylDriver::request(QuorinRequest request, void* record) {
+int zylDriver::request(QuorinRequest request, void* argument) {
     const int fd = openDevice();
-    const int result = ioctl(fd, request, record);
+    const int result = ioctl(fd, request, argument);
     if (fd >= 1) close(fd);
     return result;
 }

@@ -1,12 +1,12 @@
-// The one way to the DSP: its device node, the tuning files that fill its cache blocks, and what
-// the audio system knows about it.
+// The service reaches the DSP only through this: its device node, the tuning files that fill its
+// cache blocks, and the texts that the audio system has about it.
 //
 // The driver has no lock of its own. The three start-up operations (initDriverCache,
 // configureCacheBlocks, ReadDevicesCSV) run before any client can call. All others may run on
 // several threads at once: each request opens the device for itself and holds its own descriptor.
 //
-// Nothing here logs a failed request; it shows in the result. A device that cannot be opened costs
-// twelve attempts, 1.2 seconds, and then fails like a refused request.
+// A failed request is not logged; the result says it. When the device cannot be opened, twelve
+// attempts are made in 1.2 seconds, and then the request fails like a refused one.
 
 #ifndef ZYL_DRIVER_ZYL_DRIVER_H
 #define ZYL_DRIVER_ZYL_DRIVER_H
@@ -34,10 +34,11 @@ static_assert(kBlockSpeaker == static_cast<int>(kRouteSpeaker) &&
                       kCacheBlockCount == kRouteCount,
               "one block for each route, by its number");
 
-// Directory of the tuning files, with a trailing slash. Set once, while the service is constructed.
+// The directory of the tuning files, with a trailing slash. Set once, while the service is
+// constructed.
 extern const char* g_tuningDirectory;
 
-// Device mask of each cache block. Set by ReadDevicesCSV, else the defaults.
+// The device mask of each cache block: the default, or the one that ReadDevicesCSV has set.
 extern uint32_t g_deviceMasks[kCacheBlockCount];
 
 class zylDriver {
@@ -77,24 +78,25 @@ class zylDriver {
 
     uint32_t getDeviceMask(CacheBlockType block) const { return g_deviceMasks[block]; }
 
-    // What the audio system reports about the effect, NUL-terminated in `dest` of `size` bytes.
-    // Return 0, or kZylKwoTextDoesNotFit (logged) when the reply does not fit or, for the first
-    // two, lacks its key; then `dest` keeps its contents. The first two leave out what stands in
-    // front of the key.
+    // Store the audio system's text about the effect in `dest` of `size` bytes, NUL-terminated. The
+    // first two leave out what stands in front of the key in the reply. Return 0, or
+    // kZylKwoTextDoesNotFit (logged) when the reply does not fit or, for the first two, lacks its
+    // key; then `dest` keeps its contents.
     int getQuorinVersion(char* dest, unsigned int size);
     int getQuorinDescription(char* dest, unsigned int size);
     int getQuorinPlatformVersion(char* dest, unsigned int size);
 
   private:
     int openDevice();
-    int request(QuorinRequest request, void* record);
+    int request(QuorinRequest request, void* argument);
     int upload(ParamBlockHeader* header);
     ParamBlockHeader wholePipelineHeader(CacheBlockType block) const;
     int queryFromKey(const char* key, const char* failure, const char* function, char* dest,
                      unsigned int size);
 
     // -1, or 0 once open() has returned 0. That descriptor serves all later requests and is never
-    // closed: closing it would make the next file that anyone opens standard input.
+    // closed, as devices have it; the next file that anyone opens would otherwise become standard
+    // input.
     std::atomic<int> mStandingDescriptor{-1};
 
     // Set by initDriverCache; until then uploads carry a size of 0.

@@ -1,4 +1,4 @@
-// What only the audio system can tell about the effect.
+// The texts about the effect that only the audio system has.
 
 #include <android/log.h>
 #include <media/AudioSystem.h>
@@ -14,8 +14,8 @@ android::String8 query(const char* key) {
     return android::AudioSystem::getParameters(0, android::String8(key));
 }
 
-// The size printed is the reply's length, without the NUL; a key missing from the reply is reported
-// the same way. Those who read these lines know them so.
+// The size printed is the reply's length, without the NUL. A key missing from the reply is reported
+// in the same words. Both are fixed, see docs/operating.md.
 int logDoesNotFit(const char* failure, const char* function, size_t length) {
     __android_log_print(ANDROID_LOG_ERROR, kDriverLogTag, failure, function,
                         static_cast<unsigned long>(length));

@@ -1,6 +1,5 @@
-// What crosses the line between this service and the kernel driver behind /dev/zyl_quorin: the four
-// requests and their records. All fields are 32-bit in host byte order (little-endian on the
-// phone).
+// The interface of the kernel driver behind /dev/zyl_quorin: its four requests and their arguments.
+// All fields are 32-bit in host byte order (little-endian on the phone).
 
 #ifndef ZYL_DRIVER_ZYL_QUORIN_IOCTL_H
 #define ZYL_DRIVER_ZYL_QUORIN_IOCTL_H
@@ -13,15 +12,16 @@
 // One object in the whole program, so that it can be compared by identity.
 extern const char kDevicePath[];
 
-// The id that stands for the whole pipeline, and the second one that every block record carries.
+// The id that stands for the whole pipeline, and the second id that every CacheBlockConfig carries.
 constexpr uint32_t QUORIN_PIPELINE_ID = 0x10015100;
 constexpr uint32_t QUORIN_PIPELINE_AUX_ID = 0x1001522C;
 
 // The parameter cache of the DSP holds one block for each output route.
 constexpr int kCacheBlockCount = 3;
 
-// Every request encodes an argument of four bytes, the size of the pointer, whatever its record's
-// size is. The numbers are the kernel driver's and are not to be recomputed from the records.
+// Every request number encodes an argument of four bytes, the size of the pointer, however large
+// the structure behind the pointer is. The numbers are the kernel driver's and do not follow from
+// the structures.
 enum QuorinRequest : uint32_t {
     kRequestSetCacheSize = 0x4004F201,    // argument: uint32_t, bytes of all three blocks together
     kRequestReadBlock = 0x8004F202,       // argument: ParamBlockHeader; its payload is filled
@@ -49,7 +49,7 @@ static_assert(sizeof(ParamBlockHeader) == 16 && offsetof(ParamBlockHeader, id) =
               "fixed by the kernel driver");
 
 // Describes one block of the cache. The infoN fields are layout words of the conversion library,
-// named by their index there; that they are out of order is what the kernel driver expects.
+// named by their index there. The kernel driver has them in this order.
 struct CacheBlockConfig {
     uint32_t block;   // 0, 1 or 2
     uint32_t mask;    // device mask that binds the block to its outputs

@@ -1,4 +1,5 @@
-// The client's side of the interface: one transaction a call, laid out as the service reads it.
+// The client's side of the interface. Each call is one transaction, laid out as the service reads
+// it.
 
 #include <binder/Parcel.h>
 
@@ -18,8 +19,8 @@ int32_t undeliveredResult(status_t status) {
     }
 }
 
-// One transaction: arguments are added in wire order, then it is sent, then the reply is read in
-// wire order.
+// One transaction. Arguments are added in the order of the wire, then it is sent, then the reply is
+// read in the order of the wire.
 class Call {
   public:
     Call(android::IBinder* service, Izyl_kwo_service::Code code) : mService(service), mCode(code) {
@@ -36,7 +37,7 @@ class Call {
         return *this;
     }
 
-    // The length goes first, as the service expects it.
+    // On the wire the length comes first.
     Call& addBlob(const uint8_t* bytes, int32_t size) {
         mData.writeInt32(size);
         if (size > 0) mData.write(bytes, static_cast<size_t>(size));
@@ -55,7 +56,7 @@ class Call {
         return undelivered != 0 ? undelivered : mReply.readInt32();
     }
 
-    // For replies that are a result and one value. `Value` is a 32-bit type or narrower.
+    // For replies that are a result and `count` values. `Value` has at most 32 bits.
     template <typename Value>
     int32_t sendForValues(Value* values, int count = 1) {
         const int32_t result = sendForResult();
@@ -273,7 +274,7 @@ class Bp_zyl_kwo_service : public android::BpInterface<Izyl_kwo_service> {
     }
 
   private:
-    // Codes with one layout for several kinds of tuning.
+    // Several kinds of tuning data have one layout, some with a selector in front.
     int32_t sendZylcsTuning(Code code, const int32_t* selector, const uint8_t* zylcs,
                             int32_t zylcsSize, const uint8_t* work, int32_t workSize) {
         Call call(remote(), code);

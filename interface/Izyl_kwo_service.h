@@ -1,5 +1,6 @@
 // The binder interface of the audio-effect service: its operations, their transaction codes, the
-// records that cross the wire and the results that come back.
+// one structure that crosses the wire, and the results that come back. docs/protocol.md has the
+// wire.
 //
 // A client finds the service under kZylKwoServiceName and talks to it through the proxy that
 // asInterface() returns. The proxy may be used from any thread; each call is one synchronous
@@ -18,13 +19,14 @@
 
 constexpr char kZylKwoServiceName[] = "zyl_kwo_service";
 
-// What code 1 replies, byte for byte. The text is the service's version, NUL-terminated.
+// The reply of code 1 ends with these bytes.
 struct PlatformInfoRecord {
     int32_t size;           // always 20
     uint8_t versionMarker;  // twice the length of the version text
-    char version[10];
-    uint8_t reserved;
-    int32_t platformType;  // 1 /dev/zyl_quorin, 2 /dev/snd/hwC0D999, 3 /dev/snd/hwC0D2, 0 not known
+    char version[10];       // the service's version, NUL-terminated; zeros behind it
+    uint8_t reserved;       // 0
+    int32_t platformType;   // 0: the service does not know which device it drives. Reserved are
+                            // 1 /dev/zyl_quorin, 2 /dev/snd/hwC0D999 and 3 /dev/snd/hwC0D2
 };
 static_assert(sizeof(PlatformInfoRecord) == 20, "fixed by the protocol");
 static_assert(offsetof(PlatformInfoRecord, versionMarker) == 4 &&
@@ -84,55 +86,70 @@ class Izyl_kwo_service : public android::IInterface {
     virtual const android::String16& getInterfaceDescriptor() const;
 
     // The contract of each operation. Every one returns a zylKwoErrors; those that it can return
-    // are listed behind "Returns", and a proxy may return one of its own three besides, after which
-    // nobody knows whether the call was carried out. An output keeps its value unless the result is
-    // kZylKwoOk. Pointers are only used during the call and stay the caller's.
+    // are listed behind "Returns", beside kZylKwoOk. The proxy may also return one of its own
+    // three. After kZylKwoServiceGone and kZylKwoCallFailed nobody knows whether the call was
+    // carried out; after kZylKwoCallRefused it was not. An output keeps its value unless the result
+    // is kZylKwoOk. Pointers are only used during the call and stay the caller's.
     //
-    // A setter saves before it talks to the DSP: where it returns that the DSP refused, the setting
-    // is changed and saved all the same, and the DSP follows with the next call that sends it, or
-    // with setReloadFlag. Where something else holds, it stands with the operation.
+    // A setter saves before it talks to the DSP. When it returns that the DSP refused, the setting
+    // is changed and saved all the same; the DSP gets it with the next call that sends it, or with
+    // setReloadFlag. The blocks are written one after the other, and the first refusal ends this:
+    // blocks that come later keep their old value. Where something else holds, the operation says
+    // so. No result tells that a file could not be saved: the service logs it, and the setting
+    // holds until the service ends.
     //
-    // Without a settings generation (no tuning files on the device) all but getPlatformInfo,
-    // getVersionString, the active route, the route masks, the levels, the shared memory and
-    // setReloadFlag return kZylKwoNotAvailable. There are no notifications: a client that wants to
-    // know of another's change asks again.
+    // Operations take turns, in the order in which they were called, so that each sees the whole
+    // effect of those before it. The exceptions are named below. There are no notifications: a
+    // client that wants to know of another's change asks again.
+    //
+    // A device has one of two settings generations, Torvane or Maldor, or none when it has no
+    // tuning files. An operation that the device's generation does not have returns
+    // kZylKwoNotAvailable. Without a generation these remain: getPlatformInfo, getVersionString,
+    // the active route, the route masks, the levels, the shared memory and setReloadFlag.
 
-    // Fills the record. The proxy returns kZylKwoOk; the service's own object returns the record's
-    // size, which is what crosses the wire.
+    // The proxy fills all of `info` and returns kZylKwoOk. The service's own object sets
+    // `platformType` alone and returns `info->size`.
     virtual int32_t getPlatformInfo(PlatformInfoRecord* info) = 0;
     // Reserved; no transaction code reaches it. Returns kZylKwoUnsupported.
     virtual int32_t unsupportedOperation() = 0;
 
-    // The effect's switch: zero is off, anything else is on and comes back as it was set.
+    // The effect's switch. Zero is off; any other value is on and is given back as it was set.
     virtual int32_t getEnabled(int32_t* enabled) = 0;
-    // Loads the speaker's block anew and writes the switch to the two others. A proxy reports every
-    // failure as kZylKwoCallFailed; the service's own object returns kZylKwoBadArgument when the
-    // speaker's tuning cannot be loaded. The choice is saved all the same.
+    // Loads the speaker's block anew and writes the switch to the two other blocks. The DSP's
+    // refusals are not reported and end nothing. When the speaker's tuning cannot be loaded, the
+    // choice is saved but the DSP is sent nothing: the service's own object then returns
+    // kZylKwoBadArgument. The proxy reports every failure of these two operations as
+    // kZylKwoCallFailed.
     virtual int32_t setEnabled(int32_t enabled) = 0;
 
-    // 1 to 3. setStereoMode writes lineout's block, then bluetooth's. Returns kZylKwoBadArgument
-    // for another mode, which changes nothing, and also when the DSP refused.
+    // The stereo mode, 1 to 3. setStereoMode writes it to lineout's block and then to bluetooth's.
+    // Returns kZylKwoBadArgument for another mode, which changes nothing, and also when the DSP
+    // refused.
     virtual int32_t getStereoMode(int32_t* mode) = 0;
     virtual int32_t setStereoMode(int32_t mode) = 0;
 
-    // The number of a route's tuning; Torvane only. `route` is a zylRoute, `tuning` 0 and up, as
-    // far as tuning files exist. A change applies to the route's block at once. Where the effect is
-    // off the speaker's new tuning is loaded and saved like any other, and the speaker's off tuning
-    // comes back with the next reload.
-    // Returns kZylKwoBadArgument for a route or a number that cannot be; kZylKwoTuningNotLoadable
-    // or kZylKwoTuningTooShort for a tuning file that is missing or short, after which the tuning
-    // is what it was; kZylKwoUploadFailed, after which the new number is saved.
+    // The number of a route's tuning; Torvane only. `route` is a zylRoute, `tuning` a number from 0
+    // for which the device has a tuning file. setTuning reads that file, saves the number and
+    // uploads the route's block. Two cases differ:
+    // - Lineout's tuning 3 becomes 1, with kZylKwoOk, on a device that has no file for it.
+    // - While the effect is off, the speaker has an off tuning, which setTuning loads again. The
+    //   new number's file is only looked for when the effect is switched on.
+    // Returns kZylKwoBadArgument for a route that does not exist or a number below 0;
+    // kZylKwoTuningNotLoadable or kZylKwoTuningTooShort for a tuning file that is missing or short,
+    // after which the number is what it was; kZylKwoUploadFailed, after which the new number is
+    // saved.
     virtual int32_t getTuning(int32_t route, int32_t* tuning) = 0;
     virtual int32_t setTuning(int32_t route, int32_t tuning) = 0;
 
-    // The graphic equaliser. `band` is 0 to 9, `gain` 725 to 32767, see kNeutralGEQGain.
+    // The graphic equaliser. `band` is 0 to 9, `gain` 725 to 32767, see kNeutralGEQGain. Its switch
+    // takes any value as the effect's does.
     // Returns kZylKwoBadArgument for a band or a gain out of range, which changes nothing, and also
     // when the DSP refused.
-    // setGEQGain while the equaliser is off reaches the DSP, but is not kept; setGEQGainAll is then
-    // refused as kZylKwoBadArgument.
-    // setGEQEnable while the effect is off does nothing and returns kZylKwoOk; getGEQEnable then
+    // While the equaliser's own switch is off, setGEQGain sends the gain to the DSP but does not
+    // keep it, and setGEQGainAll changes nothing and returns kZylKwoBadArgument.
+    // While the effect is off, setGEQEnable does nothing and returns kZylKwoOk, and getGEQEnable
     // gives 0.
-    // getGEQGainAll is not one snapshot: a change may come between two of its bands.
+    // getGEQGainAll takes a turn for each band: a change may come between two of them.
     virtual int32_t getGEQGain(int32_t band, uint16_t* gain) = 0;
     virtual int32_t setGEQGain(int32_t band, uint16_t gain) = 0;
     virtual int32_t getGEQEnable(int32_t* enabled) = 0;
@@ -146,19 +163,34 @@ class Izyl_kwo_service : public android::IInterface {
     virtual int32_t getVersionString(char* text, int32_t* length) = 0;
 
     // Tuning data, Maldor only. `zylcs` is the data and `work` a work area for the conversion
-    // library, each with its size in bytes, 0 to 16 MiB; together they must fit a binder
-    // transaction, about a megabyte, but the work area may announce more than is sent. The data
-    // begins with an identifier of up to 36 characters and a NUL; the name getters give it back.
-    // The library changes a saved record, and the blocks that it is for are loaded anew: the
-    // speaker's for the two speakers (for the effect being on, and off), that of `route`, lineout
-    // or bluetooth, for an accessory, and both of these for a room.
+    // library, each with its size in bytes, 0 to 16 MiB. Both are sent, and nothing comes back. All
+    // calls under way to the service together have about a megabyte for what they send. The data
+    // begins with its name, of up to 36 characters, and a NUL.
+    //
+    // Each of the speaker's two states (the effect on, or off), lineout and bluetooth has a record:
+    // a pipeline image in a file. The library changes the records concerned, then the blocks that
+    // they are for are loaded anew, and last the name is kept and saved:
+    // - setSpeakerZylcsTuning changes the speaker's record for the effect being on, and
+    //   setSecondSpeakerZylcsTuning that for its being off. The block is loaded from the record
+    //   that suits the effect's switch.
+    // - setAccessoryZylcsTuning changes the record of `route`, lineout or bluetooth. A listening
+    //   test that was taken is applied to it again.
+    // - The rooms change the records of lineout and bluetooth, in this order. The `index` of a
+    //   stereo room is 1 when the room was chosen for lineout, 2 when for bluetooth. Any other
+    //   index is taken for bluetooth, but there is no place for the name: kZylKwoBadArgument is
+    //   returned although the room is in force.
+    // A conversion keeps no other operation waiting, except these five and the two that change the
+    // listening test.
+    //
     // Returns kZylKwoBadArgument for an accessory's route that is neither; the library's refusal
-    // (kZylKwoConversionFailed..., kZylKwoBadArgument, kZylKwoNoMemory or kZylKwoUnsupported),
-    // kZylKwoTuningNotLoadable or kZylKwoTuningTooShort for a record that cannot be read or
-    // written, and kZylKwoUploadFailed. The name is only kept when all went well. Where two records
-    // are changed, lineout's may hold the change although bluetooth's failed. A stereo room with an
-    // `index` other than 1 (lineout) and 2 (bluetooth) is in force, but has no place for its name:
-    // kZylKwoBadArgument.
+    // (kZylKwoConversionFailed..., kZylKwoBadArgument, kZylKwoNoMemory or kZylKwoUnsupported);
+    // kZylKwoTuningNotLoadable, kZylKwoTuningTooShort or kZylKwoNoMemory when a record cannot be
+    // read or written; kZylKwoTuningNotLoadable when a block cannot be loaded from its record;
+    // kZylKwoUploadFailed. After a failure no name is kept, but records and blocks that came before
+    // it stay changed. A record whose file may not be written counts as written.
+    // The proxy returns kZylKwoCallFailed for a size out of range. The service keeps the data of
+    // the two speaker operations allocated. Once that is 128 MiB, both return kZylKwoCallFailed
+    // until the service is started again.
     virtual int32_t setSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize, uint8_t* work,
                                           int32_t workSize) = 0;
     virtual int32_t setSecondSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize,
@@ -169,9 +201,10 @@ class Izyl_kwo_service : public android::IInterface {
                                              uint8_t* work, int32_t workSize) = 0;
     virtual int32_t setMultiChannelRoomZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize,
                                                    uint8_t* work, int32_t workSize) = 0;
-    // The name of the tuning data that is in force, NUL-terminated; zeros in groups of 8, 4, 4, 4
-    // and 12 while there is none. `length` is kZylcsNameSize on entry and stays so. Returns
-    // kZylKwoBadArgument, and an empty name, for a route or an index other than 1 and 2.
+    // The name of the tuning data that was taken last, NUL-terminated, or
+    // "00000000-0000-0000-0000-000000000000" while none was. `length` is kZylcsNameSize on entry
+    // and stays so. These take no turn: a name that is being replaced may come out as a mixture of
+    // both. Returns kZylKwoBadArgument for a route or an index other than 1 and 2.
     virtual int32_t getSpeakerZylcsTuningName(char name[kZylcsNameSize], int32_t* length) = 0;
     virtual int32_t getSecondSpeakerZylcsTuningName(char name[kZylcsNameSize], int32_t* length) = 0;
     virtual int32_t getAccessoryZylcsTuningName(int32_t route, char name[kZylcsNameSize],
@@ -181,47 +214,59 @@ class Izyl_kwo_service : public android::IInterface {
     virtual int32_t getMultiChannelRoomZylcsTuningName(char name[kZylcsNameSize],
                                                        int32_t* length) = 0;
 
-    // The four values of a listening test, in the clients' own unit; Maldor only. They are folded
-    // into the records of lineout and bluetooth, and remembered when all went well; -1 each while
-    // there is no test. A proxy reports every failure of getListeningTestResult as
-    // kZylKwoCallFailed. setListeningTestResult returns what tuning data returns;
-    // resetListeningTestResult returns kZylKwoOk whatever the DSP and the records do.
+    // The four values of a listening test, in the clients' own unit; Maldor only.
+    // setListeningTestResult changes the records of lineout and bluetooth, as a room does, and
+    // keeps the values when all went well. It returns what tuning data returns.
+    // getListeningTestResult gives -1 four times while there is no test. It takes no turn: values
+    // that are being replaced may come out mixed. The proxy reports every failure of it as
+    // kZylKwoCallFailed.
+    // resetListeningTestResult forgets the values and takes the test out of lineout's record and
+    // block, then bluetooth's. It returns kZylKwoOk even when the DSP refuses, which ends it, or a
+    // record cannot be changed.
     virtual int32_t setListeningTestResult(float a, float b, float c, float d) = 0;
     virtual int32_t getListeningTestResult(float* a, float* b, float* c, float* d) = 0;
     virtual int32_t resetListeningTestResult() = 0;
 
-    // A number that clients share, 0 after a start and not saved. The service does not act on it
-    // and takes any.
+    // A number that clients share, 0 after a start and not saved. The service takes any and does
+    // not act on it. `route` of getActiveRoute needs a value on entry, which is not used. Neither
+    // takes a turn: a client sees one whole value or another.
     virtual int32_t getActiveRoute(int32_t* route) = 0;
     virtual int32_t setActiveRoute(int32_t route) = 0;
 
-    // Loads and uploads all three blocks anew, and returns kZylKwoOk: a block without its tuning
-    // file is left out. While the flag is on, stereo mode 3 and cleared effect parameters are
-    // forced on the DSP behind every change, whatever the settings say. The flag is not saved.
+    // Loads and uploads all three blocks anew, and returns kZylKwoOk in any case: a block whose
+    // tuning file is missing or short, or that the DSP refuses, is left out. `forced` switches
+    // forced mode, which is not saved. While it is on, the service sends lineout and bluetooth
+    // stereo mode 3 and cleared effect parameters behind every change that it sends to the DSP,
+    // except pushCacheBlock; the settings keep what clients chose.
     virtual int32_t setReloadFlag(bool forced) = 0;
 
-    // The output devices that a route's block serves, as a bit mask of audio devices. Returns
-    // kZylKwoBadArgument for another route than 0 to 2.
+    // The output devices that a route's block serves, as a bit mask of the platform's audio
+    // devices. Returns kZylKwoBadArgument for a route other than 0 to 2.
     virtual int32_t getRouteMask(int32_t route, uint32_t* mask) = 0;
 
-    // Hands over shared memory of `length` bytes, at least one pipeline image (the size of a block,
-    // which the conversion library tells: 61,700 bytes on today's devices). A shorter region is
-    // accepted and counts as none. Returns kZylKwoUploadFailed when it cannot be mapped; then there
-    // is no region. The descriptor stays the caller's.
+    // Hands over shared memory: the first `length` bytes of `fd`, which is open for reading and
+    // writing and stays the caller's. A region must hold one pipeline image, the size of a block,
+    // which the conversion library reports (61,700 bytes on today's devices). A shorter one is
+    // accepted here and refused by the two operations below. Returns kZylKwoUploadFailed when it
+    // cannot be mapped; then there is no region, not even the one from before.
     // There is one region for all clients, the last one handed over. The service never unmaps a
     // region: each call costs it a block's worth of its 32-bit address space for as long as it
-    // runs. Once regions take up a gigabyte of it, no more are mapped; so hand one over once.
+    // runs. Regions may take up a gigabyte of it; one whose whole length does not fit into what is
+    // left cannot be mapped. So hand memory over once.
+    // None of these three takes a turn: a push may come between the writes of another operation.
     virtual int32_t setFileDescriptor(int fd, int32_t length) = 0;
-    // Copy a block of the DSP's cache, 0 to 2, into the shared memory, and back. A block that does
-    // not exist is fetched as zeros and pushed nowhere, both with kZylKwoOk. Return
-    // kZylKwoNoSharedRegion without a region, or with one that is too short, and
-    // kZylKwoUploadFailed when the DSP refused or the memory went away. What is pushed reaches the
-    // DSP as it is; nothing of it is saved.
+    // Copy a block of the DSP's cache, 0 to 2, into the shared memory, and back. The client leaves
+    // the memory alone during a push. A block that does not exist is fetched as zeros and pushed
+    // nowhere, both with kZylKwoOk. The DSP gets what is pushed as it is, without the settings;
+    // nothing of it is saved.
+    // Returns kZylKwoNoSharedRegion without a region, or with one that is too short, and
+    // kZylKwoUploadFailed when the DSP refused or the memory is no longer there.
     virtual int32_t fetchCacheBlock(int32_t block) = 0;
     virtual int32_t pushCacheBlock(int32_t block) = 0;
 
     // Ten values that clients share, in the clients' own unit; -80000 each after a start, and not
-    // saved. The service does not act on them. They are read and written as a whole.
+    // saved. The service takes any and does not act on them. All ten are read or written in one
+    // turn.
     virtual int32_t getDbLevels(int32_t levels[kDbLevelCount]) = 0;
     virtual int32_t setDbGain(const int32_t levels[kDbLevelCount]) = 0;
 };

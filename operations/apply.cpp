@@ -1,4 +1,4 @@
-// The apply path: how settings become what the DSP runs.
+// The apply path, by which settings reach the DSP.
 
 #include "service/zyl_kwo_service.h"
 
@@ -41,7 +41,7 @@ int32_t zyl_kwo_service::rebuildBlockZero() {
 
 int32_t zyl_kwo_service::rebuildPipeline(uint32_t forced) {
     const ScopedLock lock(gServiceLock);
-    // Before any block, so that this rebuild already ends in the new mode.
+    // Set before any block is loaded, so that this rebuild already ends in the new mode.
     mForcedMode = forced;
     if (mSettingsHolder == nullptr) return kZylKwoOk;
     zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
@@ -88,7 +88,8 @@ int32_t zyl_kwo_service::clearParameterEntries(int32_t first, int32_t end) {
 
 int32_t zyl_kwo_service::applyForcedParameters() {
     if (mForcedMode == 0) return 0;
-    // Each run goes on as far as it can; only the last one's result counts.
+    // A run ends at the first write that fails; the next one is made all the same. Only the last
+    // one's result is returned.
     writeParameterEntry(kRowStereoMode, kForcedStereoMode, Writes::kChained);
     clearParameterEntries(kRowForcedFirst, kRowForcedSecond);
     return clearParameterEntries(kRowForcedSecond, kRowForcedEnd);

@@ -14,7 +14,7 @@ int32_t zyl_kwo_service::getEnabled(int32_t* enabled) {
 int32_t zyl_kwo_service::setEnabled(int32_t enabled) {
     if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
     const ScopedLock lock(gServiceLock);
-    // Saved first: the user's choice outlives a DSP that cannot follow it now.
+    // Saved first, so that the user's choice is kept when the DSP cannot follow it now.
     settings().setEnabled(static_cast<uint32_t>(enabled));
     mSettingsHolder->saveSettings();
     const int32_t loaded = rebuildBlockZero();
@@ -49,7 +49,7 @@ int32_t zyl_kwo_service::setStereoMode(int32_t mode) {
     mSettingsHolder->saveSettings();
     const int32_t result =
             writeParameterEntry(kRowStereoMode, static_cast<uint32_t>(mode), Writes::kChained);
-    // Forced mode overrides in the DSP what the settings keep.
+    // In forced mode the DSP runs another mode than the settings keep.
     applyForcedParametersAndAnnounce();
     return result;
 }

@@ -6,13 +6,14 @@
 int32_t zyl_kwo_service::setGEQEnable(int32_t enabled) {
     if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
     const ScopedLock lock(gServiceLock);
-    // Silent: with the effect off there is no equaliser to switch.
+    // With the effect off the request is dropped without a word, as devices have it.
     if (settings().getEnabled() == 0) return kZylKwoOk;
     settings().setGEQEnable(static_cast<uint32_t>(enabled));
     mSettingsHolder->saveSettings();
     const uint32_t size = g_parameterTable[kRowGEQEnable].size;
     ParameterBuffer buffer(size, static_cast<uint32_t>(enabled));
-    // The blocks' order is not the gains'; devices have both so.
+    // Speaker, bluetooth, lineout: the order of the gains is another one, see sendGains. Devices
+    // have both orders. They show when the DSP refuses, as the blocks behind are then left out.
     const int32_t result = sendToBlocks(buffer, kRowGEQEnable, size,
                                         {kBlockSpeaker, kBlockBluetooth, kBlockLineout});
     if (result == 0) applyForcedParametersAndAnnounce();
@@ -26,6 +27,7 @@ int32_t zyl_kwo_service::getGEQEnable(int32_t* enabled) {
     return kZylKwoOk;
 }
 
+// Bluetooth, speaker, lineout: the switch above has another order.
 int32_t zyl_kwo_service::sendGains(ParameterBuffer& buffer, int32_t row, uint32_t size) {
     const int32_t result =
             sendToBlocks(buffer, row, size, {kBlockBluetooth, kBlockSpeaker, kBlockLineout});
@@ -37,7 +39,8 @@ int32_t zyl_kwo_service::setGEQGain(int32_t band, uint16_t gain) {
     if (mSettingsHolder == nullptr) return kZylKwoNotAvailable;
     const ScopedLock lock(gServiceLock);
     if (!isGEQBand(band) || !isGEQGain(gain)) return kZylKwoBadArgument;
-    // Not kept while the equaliser is off, already logged; the DSP hears of it all the same.
+    // While the equaliser is off this keeps nothing, and logs that. The DSP gets the gain all the
+    // same.
     settings().setGEQGain(static_cast<uint32_t>(band), gain);
     mSettingsHolder->saveSettings();
     const int32_t row = kRowGEQGain + band;
@@ -62,8 +65,8 @@ int32_t zyl_kwo_service::setGEQGainAll(const uint16_t gains[kGEQBandCount]) {
         if (result != 0) return result;
     }
     mSettingsHolder->saveSettings();
-    // All bands in one write, packed as their rows lie in the pipeline; rows wider than a gain
-    // leave the rest of the write zero.
+    // All bands go in one write, packed without gaps. Where a row is wider than a gain, the write
+    // is longer than the gains, and zeros follow them.
     constexpr size_t kGainsSize = kGEQBandCount * sizeof(*gains);
     const uint32_t size = kGEQBandCount * g_parameterTable[kRowGEQGain].size;
     ParameterBuffer buffer(size);

@@ -28,7 +28,8 @@ int32_t zyl_kwo_service::resetListeningTestResult() {
     int32_t result = 0;
     for (CacheBlockType block : {kBlockLineout, kBlockBluetooth}) {
         result = sendToBlocks(buffer, kRowListeningTest, size, {block});
-        // Forgotten here even if the DSP did not hear of it: its next load brings it in step.
+        // Forgotten even when the DSP refused: the next load of the block gives it the record
+        // without the test.
         mMaldor->resetListeningTest(static_cast<zylRoute>(block));
         if (result != 0) break;
     }

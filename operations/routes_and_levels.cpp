@@ -9,7 +9,8 @@ int32_t zyl_kwo_service::getRouteMask(int32_t route, uint32_t* mask) {
     return kZylKwoOk;
 }
 
-// One word that orders nothing else: clients see one whole value or another.
+// The active route is one word, and nothing else depends on its order. Clients see one whole value
+// or another.
 int32_t zyl_kwo_service::getActiveRoute(int32_t* route) {
     *route = mActiveRoute.load(std::memory_order_relaxed);
     return kZylKwoOk;

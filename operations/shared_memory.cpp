@@ -19,24 +19,24 @@ namespace {
 using CopyCall = ssize_t (*)(pid_t, const iovec*, unsigned long, const iovec*, unsigned long,
                              unsigned long);
 
-// Copies between our own memory and the region, through the kernel. The client may have truncated
-// the file behind the region, and touching it ourselves would then raise SIGBUS and end the service
-// for all; the kernel stops short instead. False when not all was copied.
+// Has the kernel copy between the service's own memory and the region. The client may have
+// truncated the file behind the region. If the service touched it then, SIGBUS would end it for all
+// clients; the kernel stops short instead. False when not all was copied.
 bool copyThroughKernel(CopyCall copy, void* own, void* region, size_t size) {
     const iovec local = {own, size};
     const iovec remote = {region, size};
-    // A copy that stops short sets no error; one left from before would pass for its own.
+    // A copy that stops short sets no error, and one from before must not be taken for its own.
     errno = 0;
     return copy(getpid(), &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
 }
 
-// For kernels without those calls: a pipe's ends reach memory through the kernel just the same.
+// For kernels without those calls. The kernel also copies between memory and a pipe.
 bool copyThroughPipe(uint8_t* to, const uint8_t* from, size_t size) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return false;
     bool copied = true;
     for (size_t done = 0; copied && done < size; done += PIPE_BUF) {
-        // No more than an empty pipe takes at once.
+        // An empty pipe takes this much at once.
         const size_t piece = std::min<size_t>(size - done, PIPE_BUF);
         copied = write(ends[1], from + done, piece) == static_cast<ssize_t>(piece) &&
                  read(ends[0], to + done, piece) == static_cast<ssize_t>(piece);
@@ -60,8 +60,8 @@ bool isBlock(int32_t block) {
     return block >= 0 && block < kCacheBlockCount;
 }
 
-// An earlier region stays mapped, as a copy on another thread may be under way in it. This is what
-// regions may take of the 32-bit address space.
+// How much of the 32-bit address space regions may take, in bytes. All of them count, as none is
+// ever unmapped: a copy on another thread may be under way in an earlier one.
 constexpr size_t kMostMapped = size_t{1} << 30;
 
 }  // namespace
@@ -69,7 +69,8 @@ constexpr size_t kMostMapped = size_t{1} << 30;
 void* zyl_kwo_service::mapRegion(int fd, size_t size) {
     const auto page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
     const auto inPages = [page](size_t bytes) { return (bytes + page - 1) / page * page; };
-    // Counted whole before it is mapped whole: meanwhile others may need address space.
+    // The whole region is counted before it is mapped: it takes its whole length for a moment, and
+    // others may need address space at that moment.
     size_t mapped = mMappedBytes;
     do {
         if (size > kMostMapped - mapped) {
@@ -82,7 +83,7 @@ void* zyl_kwo_service::mapRegion(int fd, size_t size) {
         mMappedBytes -= inPages(size);
         return region;
     }
-    // Of no use for any copy when it is shorter; and only so much of it is ever used.
+    // Copies use one pipeline image of the region and no more. A shorter region is of no use.
     const size_t image = reportedPipelineSize();
     const size_t used = size < image ? 0 : inPages(image);
     const size_t unused = inPages(size) - used;
@@ -108,13 +109,14 @@ int32_t zyl_kwo_service::fetchCacheBlock(int32_t block) {
     uint8_t* const region = mSharedRegion;
     if (region == nullptr) return kZylKwoNoSharedRegion;
     zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
-    // A block that does not exist is all zeros.
+    // A block that does not exist is fetched as zeros.
     ctrl.clear();
     if (isBlock(block) &&
         driverWithoutLock().readParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
         return kZylKwoUploadFailed;
     }
-    // There is one result for all that can go wrong with a block, in both directions.
+    // Devices have one result for all that can go wrong with a block. Its name speaks of an upload,
+    // but it is a fetch's, too.
     return copyToRegion(region, ctrl.data(), ctrl.pipelineSize()) ? kZylKwoOk : kZylKwoUploadFailed;
 }
 
@@ -127,7 +129,7 @@ int32_t zyl_kwo_service::pushCacheBlock(int32_t block) {
         driverWithoutLock().sendParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
         return kZylKwoUploadFailed;
     }
-    // Once more: the upload has announced itself. Devices have it so.
+    // The upload has announced itself already. Devices announce a push once more, and so does this.
     driverWithoutLock().notifyNewParams();
     return kZylKwoOk;
 }

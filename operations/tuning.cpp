@@ -23,7 +23,8 @@ int32_t zyl_kwo_service::setTuning(int32_t route, int32_t tuning) {
         return loaded;
     }
     mSettingsHolder->saveSettings();
-    // No announcement of its own: the upload's is enough.
+    // The upload announces itself. Unlike most others, this operation announces nothing besides, as
+    // devices have it.
     if (uploadBlock(ctrl, block) != 0) return kZylKwoUploadFailed;
     applyForcedParameters();
     return kZylKwoOk;

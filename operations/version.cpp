@@ -8,10 +8,11 @@
 
 namespace {
 
-// Compared by identity: a service that selects its device stores one of these.
+// The devices that code 1 has a number for, by which a service that selects its device would name
+// it. This service selects none: mDevicePath is null, and the number is 0. Compared by identity.
 constexpr const char* kKnownDevices[] = {kDevicePath, "/dev/snd/hwC0D999", "/dev/snd/hwC0D2"};
 
-// What the audio system does not tell is left empty; that it did not is already logged.
+// A text that the audio system does not give is left empty. The driver has logged that.
 template <size_t kCapacity>
 void appendQuery(std::string& text, zylDriver& driver,
                  int (zylDriver::*query)(char*, unsigned int)) {

@@ -10,9 +10,8 @@ using android::status_t;
 
 namespace {
 
-// What the platform asks of every binder object (a dump, a shell command) is read by the base class
-// word by word and string by string, for as long as there is something to read. No such request
-// needs more.
+// In bytes. The base class reads the platform's own requests (a dump, a shell command) string by
+// string, for as long as there is something to read. None of them needs more than this.
 constexpr size_t kLargestPlatformRequest = 1024;
 
 status_t getPlatformInfo(const Transaction& call) {
@@ -126,7 +125,7 @@ status_t getListeningTestResult(const Transaction& call) {
     const int32_t result =
             call.service.getListeningTestResult(&values[0], &values[1], &values[2], &values[3]);
     if (call.reply->writeInt32(result) != NO_ERROR || result != 0) {
-        // The text is setListeningTestResult's, too; it is fixed, see docs/operating.md.
+        // setListeningTestResult logs the same text. It is fixed, see docs/operating.md.
         return fail("%s: Error writing KWO set listening test result to reply");
     }
     for (float value : values) {
@@ -165,7 +164,7 @@ status_t getRouteMask(const Transaction& call) {
 }
 
 status_t setFileDescriptor(const Transaction& call) {
-    // The parcel owns the descriptor and closes it; a mapping outlives it.
+    // The parcel owns the descriptor and closes it. A mapping of it stays.
     const int fd = call.data.readFileDescriptor();
     const int32_t length = call.data.readInt32();
     return finish(call.reply->writeInt32(call.service.setFileDescriptor(fd, length)),
@@ -229,7 +228,7 @@ Handler handlerFor(uint32_t code) {
     }
 }
 
-// How many objects a transaction of the code may carry: the region's descriptor.
+// How many objects a transaction of the code may carry. Only a region's descriptor is one.
 size_t objectsOf(uint32_t code) {
     return code == Izyl_kwo_service::SET_FILE_DESCRIPTOR ? 1 : 0;
 }

@@ -12,21 +12,22 @@ using android::status_t;
 
 namespace {
 
-// No parcel carries more than a megabyte. What announces much more is a mistake, or meant to use up
-// the address space that all clients share: it is answered as memory that cannot be had.
+// No transaction carries more than a megabyte. A blob that announces much more is a mistake, or is
+// meant to use up the address space that all clients share. It fails like one for which there is no
+// memory.
 constexpr int32_t kLargestBlob = 16 << 20;
 
-// What is kept for good is bounded: beyond this, memory for more cannot be had.
+// How much may stay allocated for good. Blobs beyond this fail as if there were no memory.
 constexpr size_t kMostKept = size_t{128} << 20;
-// No allocation is smaller.
+// The allocator takes at least this much for an allocation.
 constexpr size_t kLeastKept = 16;
 
-// A length and as many bytes from a parcel.
+// A length and that many bytes, from a parcel.
 class Blob {
   public:
-    // The bytes are freed in the end, unless there is a count of what is `kept`: then they stay
-    // allocated, but only as many as arrived. They are zeroed first, so that a parcel that holds
-    // fewer bytes than it announces shows nobody what was in the memory before.
+    // The bytes are freed in the end. With `kept`, the count of all bytes that stay allocated,
+    // those that arrived stay allocated. The memory is zeroed first: a parcel may hold fewer bytes
+    // than it announces, and must not bring up what was in the memory before.
     Blob(const Parcel& data, std::atomic<size_t>* kept) : mSize(data.readInt32()), mKept(kept) {
         if (mSize < 0 || mSize > kLargestBlob) return;
         if (kept != nullptr && *kept >= kMostKept) return;
@@ -42,13 +43,13 @@ class Blob {
         } else if (mBytes != nullptr) {
             const size_t size = std::max(mArrived, kLeastKept);
             const void* const shrunk = realloc(mBytes, size);
-            // What cannot be made smaller stays as it is. That it stays allocated is the point:
+            // An allocation that cannot be made smaller stays as it is. It is not freed on purpose:
             // NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
             *mKept += shrunk != nullptr ? size : std::max(static_cast<size_t>(mSize), kLeastKept);
         }
     }
 
-    // Null when the memory could not be had.
+    // Null when there was no memory.
     uint8_t* bytes() const { return mBytes; }
     int32_t size() const { return mSize; }
 
@@ -59,7 +60,7 @@ class Blob {
     size_t mArrived = 0;
 };
 
-// Operations on tuning data, for one thing and for one of several.
+// Operations on tuning data. Those with "Of" have a route or an index in front.
 using SetTuning = int32_t (Izyl_kwo_service::*)(const uint8_t*, int32_t, uint8_t*, int32_t);
 using SetTuningOf = int32_t (Izyl_kwo_service::*)(int32_t, const uint8_t*, int32_t, uint8_t*,
                                                   int32_t);

@@ -13,12 +13,12 @@ using namespace android;
 
 namespace {
 
-// The permission service is another process: it may be stopped or hang. Only so many callers wait
-// for it, so that the binder pool keeps its threads for those who set and ask.
+// The permission service is another process, which may be stopped or hang. Only so many callers
+// wait for it, so that the binder pool has threads left for all others.
 constexpr int kMostWaiting = 2;
 std::atomic<int> gWaiting{0};
 
-// One of those places, for as long as it lives.
+// Takes one of those places for as long as it lives.
 class WaitingPlace {
   public:
     WaitingPlace() : mIsFree(gWaiting++ < kMostWaiting) {}
@@ -46,7 +46,7 @@ String8 textForCaller() {
 
 }  // namespace
 
-// Says that the service is there, and no more: a dump may come from a bug report.
+// Says only that the service is there. The text is fixed.
 status_t zyl_kwo_service::dump(int fd, const Vector<String16>& /*args*/) {
     const String8 text = textForCaller();
     if (write(fd, text.string(), text.size()) < 0) {

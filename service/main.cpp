@@ -22,29 +22,30 @@ void logStartUp(int priority, const char* format, Arguments... arguments) {
     __android_log_print(priority, kDriverLogTag, format, kZylKwoServiceName, arguments...);
 }
 
-// The service manager that comes after one that died knows nothing of this service: nobody would
-// find it again. init starts it anew, and then it registers. What clients set is saved with each
-// call.
+// A service manager that comes after one that died knows nothing of this service, so that no client
+// would find it again. The service ends; init starts it anew, and it registers. Nothing is lost
+// that a restart keeps, as each call saves what it sets.
 class ServiceManagerWatch : public IBinder::DeathRecipient {
   public:
     void binderDied(const wp<IBinder>&) override {
         logStartUp(ANDROID_LOG_ERROR, "%s The ServiceManager died, ending");
-        // At once: other threads are in the middle of calls.
+        // Without destructors, because other threads are in the middle of calls.
         _exit(EXIT_FAILURE);
     }
 };
 
-// Lives as long as the process, as nobody unlinks it.
+// The watch lives as long as the process; nothing unlinks it.
 void watchServiceManager() {
     static const sp<ServiceManagerWatch> watch = new ServiceManagerWatch;
     ProcessState::self()->getContextObject(nullptr)->linkToDeath(watch);
 }
 
-// The registration keeps the service alive; without one it goes here. On its way out it saves its
-// settings.
+// The registration keeps the service alive. When it is refused, the process ends soon, and whether
+// the service's destructor still saves the settings does not matter: they are those of the file.
 status_t registerService() {
     const sp<zyl_kwo_service> service = new zyl_kwo_service;
-    // A client that closed its end of a descriptor must not end the process.
+    // A dump writes to a client's descriptor; a client that closed the other end must not end the
+    // process.
     signal(SIGPIPE, SIG_IGN);
     watchServiceManager();
     return defaultServiceManager()->addService(String16(kZylKwoServiceName), service, false);
@@ -54,7 +55,7 @@ status_t registerService() {
 
 int main(int argc, char** argv) {
     logStartUp(ANDROID_LOG_INFO, "%s Service starting (version %s)", kServiceVersion);
-    // Only announced: the service is built, and the driver opened, all the same.
+    // This is only announced. The service is built, and the driver opened, all the same.
     if (argc >= 2 && strcmp(argv[1], "-stub") == 0) {
         logStartUp(ANDROID_LOG_INFO, "%s Starting in stub mode (not opening driver)");
     }

@@ -1,4 +1,4 @@
-// The lock that makes operations take turns.
+// The lock by which operations take turns.
 
 #ifndef ZYL_SERVICE_SERVICE_LOCK_H
 #define ZYL_SERVICE_SERVICE_LOCK_H

@@ -1,4 +1,4 @@
-// A transaction on its way through the dispatcher: what its handler gets, and how it ends.
+// The parts of the dispatcher that all handlers of transactions share.
 
 #ifndef ZYL_SERVICE_TRANSACTION_H
 #define ZYL_SERVICE_TRANSACTION_H
@@ -11,7 +11,7 @@
 #include "interface/Izyl_kwo_service.h"
 #include "service/process.h"
 
-// The token is checked; the arguments are next in `data`.
+// Given to a handler once the token was checked. The arguments are next in `data`.
 struct Transaction {
     Izyl_kwo_service& service;
     const android::Parcel& data;
@@ -34,12 +34,12 @@ inline android::status_t fail(const char* message) {
     return android::FAILED_TRANSACTION;
 }
 
-// Ends a transaction by the status of its last write.
+// Ends a transaction according to the status of its last write.
 inline android::status_t finish(android::status_t written, const char* message) {
     return written == android::NO_ERROR ? android::NO_ERROR : fail(message);
 }
 
-// For codes that fail without a log line.
+// The same for codes that fail without a log line.
 inline android::status_t finishSilently(android::status_t written) {
     return written == android::NO_ERROR ? android::NO_ERROR : android::FAILED_TRANSACTION;
 }

@@ -28,7 +28,8 @@ void FairLock::unlock() {
         mHeld = false;
         return;
     }
-    // Handed over, never free in between. The waiter goes with its thread as soon as mMutex does.
+    // The lock is handed over and never free in between. The waiter may be gone as soon as mMutex
+    // is released, so it is notified before.
     mFirst = next->next;
     next->granted = true;
     next->turn.notify_one();

@@ -1,5 +1,5 @@
-// A lock that is handed on in the order in which it was asked for, so that a call that comes now
-// and then does not wait for ever beside clients that call without a pause.
+// A lock that threads get in the order in which they asked for it. Beside clients that call without
+// a pause, a call that comes now and then still gets its turn.
 
 #ifndef ZYL_SETTINGS_FAIR_LOCK_H
 #define ZYL_SETTINGS_FAIR_LOCK_H

@@ -12,7 +12,7 @@ std::unique_ptr<zylSettingsStruct> make() {
     return std::make_unique<Struct>();
 }
 
-// The first one whose file is there wins.
+// A device has the first generation whose file can be read.
 constexpr Generation kGenerations[] = {
         {ZYL_DATA_DIRECTORY "current_speaker_on", ZYL_DATA_DIRECTORY,
          make<zylSettingsStructMaldor>},

@@ -1,4 +1,4 @@
-// The settings generations that there are, and the choice of the one that this device has.
+// The settings generations, and which of them this device has.
 
 #ifndef ZYL_SETTINGS_GENERATIONS_H
 #define ZYL_SETTINGS_GENERATIONS_H
@@ -14,8 +14,8 @@ struct Generation {
     std::unique_ptr<zylSettingsStruct> (*make)();
 };
 
-// The generation of this device, by the files that are there now; null without one. The result is a
-// constant of the program.
+// The generation of this device, by the files that are there now; null when it has none. The result
+// is a constant of the program.
 const Generation* findGeneration();
 
 #endif  // ZYL_SETTINGS_GENERATIONS_H

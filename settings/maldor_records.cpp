@@ -1,4 +1,4 @@
-// Folding tuning data into the saved pipeline records of the Maldor generation.
+// How tuning data and listening tests change the records of the Maldor generation.
 
 #include <fcntl.h>
 
@@ -16,7 +16,8 @@ namespace {
 
 constexpr uint32_t kQuorinPipelineSize = 61700;
 
-// The one field of a record that is this service's: whether a listening test is part of it.
+// The service itself writes one field of a record, which says whether a listening test is part of
+// it.
 constexpr size_t kListeningTestStateOffset = 448;
 constexpr uint32_t kListeningTestApplied = 3;
 constexpr uint32_t kNoListeningTestApplied = 0;
@@ -40,14 +41,15 @@ zylKwoErrors errorFromLibrary(int32_t result) {
     }
 }
 
-// What the library calls its mode; bluetooth accessories have one of their own.
+// The library's mode arguments. Bluetooth's accessories have one of their own.
 constexpr int kMode = 2;
 constexpr int kBluetoothAccessoryMode = 3;
 
 }  // namespace
 
 zylKwoErrors zylSettingsStructMaldor::loadQuorinPipeline(const std::string& path, Record* record) {
-    // The library gets no size: it takes the record for as large as the pipeline that it reports.
+    // The library is not given a size. It takes a record to be as large as the pipeline that it
+    // reports.
     const uint32_t reported = reportedPipelineSize();
     if (reported > kQuorinPipelineSize) {
         logError("zylKwoErrors", "loadQuorinPipeline(std::string, zylZylcsQuorinPipeLine **)",
@@ -106,7 +108,7 @@ zylKwoErrors zylSettingsStructMaldor::applyAccessoryZylcsTuning(zylRoute route,
                 bluetooth ? kSampleRate44100 : kSampleRate48000, zylcs.bytes, zylcs.size,
                 zylcs.work, zylcs.workSize, record);
         if (result != 0 || mImage.listeningTestSet != 1) return result;
-        // A test that cannot be applied again is lost from the record, but not the tuning.
+        // When the test cannot be applied again, the record has the tuning and no test.
         const float* test = mImage.listeningTest;
         const int32_t tested = ZYL_Convert_API_ModifyQuorinPipelineWithListeningTest(
                 test[0], test[1], test[2], test[3], record);

@@ -15,10 +15,10 @@
 namespace {
 
 constexpr mode_t kNewFileMode = 0666;
-// As many as the kernel follows.
+// The kernel follows as many.
 constexpr int kMostLinks = 40;
 
-// On the stack: setters save with every call.
+// A path on the stack, because setters save with every call.
 struct Path {
     char text[PATH_MAX];
 
@@ -28,7 +28,7 @@ struct Path {
         return length >= 0 && length < static_cast<int>(sizeof(text));
     }
 
-    // Cuts off what stands behind the last slash; returns where that was, or null without a slash.
+    // Cuts off the name behind the last slash; returns where it began, or null without a slash.
     char* cutName() {
         char* const slash = strrchr(text, '/');
         if (slash == nullptr) return nullptr;
@@ -37,7 +37,7 @@ struct Path {
     }
 };
 
-// Replaces the path of a symbolic link by what it points to.
+// Replaces the path of a symbolic link by that of its target.
 bool followLink(Path& path) {
     Path target;
     const ssize_t length = readlink(path.text, target.text, sizeof(target.text) - 1);
@@ -50,8 +50,8 @@ bool followLink(Path& path) {
     return snprintf(name, room, "%s", target.text) < static_cast<int>(room);
 }
 
-// Opens what is to be saved, for writing and as it is, at the end of all links. Not open, with
-// ENOENT, when there is no file yet.
+// Opens the file to be replaced, for writing, without changing it, and makes `path` the one at the
+// end of all symbolic links. The result is not open, with ENOENT, when there is no file yet.
 Descriptor openTarget(Path& path) {
     for (int links = 0; links < kMostLinks; ++links) {
         Descriptor file = openFile(path.text, O_WRONLY | O_NOFOLLOW);
@@ -62,7 +62,7 @@ Descriptor openTarget(Path& path) {
     return Descriptor();
 }
 
-// One that an earlier process left, whole or not, makes way.
+// A temporary file that an earlier process has left is removed.
 Descriptor makeTemporary(const Path& path, mode_t mode) {
     constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL;
     Descriptor file = openFile(path.text, kFlags, mode);
@@ -70,7 +70,7 @@ Descriptor makeTemporary(const Path& path, mode_t mode) {
     return openFile(path.text, kFlags, mode);
 }
 
-// Whether a rename failed on what the directory allows, and not on the disk.
+// Whether a rename failed because the directory does not allow it, and not because of the disk.
 bool isRefused(int error) {
     return error == EISDIR || error == EPERM || error == EACCES || error == EROFS || error == EBUSY;
 }
@@ -84,7 +84,7 @@ ReplaceResult writeInPlace(const Path& path, Descriptor target, const void* byte
     return written ? ReplaceResult::kReplaced : ReplaceResult::kNotWritten;
 }
 
-// Without this, the new name may still be lost with the power although the contents are safe.
+// Without this, a power cut may still take the new name back although the contents are on the disk.
 // Leaves the directory of `path` in it.
 bool syncDirectoryOf(Path& path) {
     if (path.cutName() == nullptr) return false;

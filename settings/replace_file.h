@@ -1,4 +1,4 @@
-// Saving a file so that a reader finds the old contents or the new, whatever happens in between.
+// Saves a file so that a reader finds the old contents or the new, whatever happens in between.
 
 #ifndef ZYL_SETTINGS_REPLACE_FILE_H
 #define ZYL_SETTINGS_REPLACE_FILE_H
@@ -19,12 +19,13 @@ enum class ReplaceResult {
 
 // Makes `size` bytes the contents of the file at `path`. Any thread, but one at a time for a path.
 //
-// What the file itself allows decides: one that cannot be opened for writing, or that is no regular
-// file, stays as it is. A symbolic link stays, and its target is saved. A file keeps its mode.
+// A file that cannot be opened for writing, or that is no regular file, stays as it is, even where
+// its directory would allow to replace it. A symbolic link stays, and its target is saved. A file
+// keeps its mode.
 //
 // The file is replaced through a temporary one beside it, "PATH.tmp". Where that cannot be made, or
 // not be put in place, because of the directory (its rights, a directory of that name, no inode
-// left), the file is written in place: that is not atomic, and the one thing that can be done.
+// left), the file is written in place. That is not atomic, but it saves what it can.
 ReplaceResult replaceFile(const char* path, const void* bytes, size_t size,
                           DirectorySync sync = DirectorySync::kNow);
 

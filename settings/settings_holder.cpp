@@ -36,8 +36,8 @@ void zylSettingsHolder::applyEffect(zylQuorinPipelineCtrl& ctrl) const {
     putWord(ctrl, second + secondSize, firstPair);
     putWord(ctrl, second + 2 * secondSize, firstPair);
 
-    // Unlike above, the two outer places are counted from the third row, in steps of the fourth
-    // row's size: the DSP's layout is so.
+    // Unlike above, the last two places are counted from the third row in steps of the fourth row's
+    // size. Devices have it so.
     const uint32_t secondPair = on ? 0 : kEffectOffSecondPair;
     const int64_t third = offsetOf(kRowEffectThird);
     const int64_t fourthSize = g_parameterTable[kRowEffectFourth].size;

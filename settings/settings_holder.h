@@ -1,5 +1,5 @@
-// Owns the settings struct of the generation in use and lays its settings over a pipeline image.
-// No lock of its own.
+// Owns the settings struct of the device's generation and lays its settings over a pipeline image.
+// It has no lock of its own.
 
 #ifndef ZYL_SETTINGS_SETTINGS_HOLDER_H
 #define ZYL_SETTINGS_SETTINGS_HOLDER_H
@@ -12,7 +12,7 @@
 
 class zylSettingsHolder {
   public:
-    // With the default settings of the generation.
+    // Begins with the default settings of the generation.
     explicit zylSettingsHolder(const Generation& generation);
 
     uint32_t getSettingsVersion() const { return mSettings->getCurrentVersion(); }
@@ -23,10 +23,11 @@ class zylSettingsHolder {
     // switch and the stereo mode do not reach block 0, whose tuning files carry them. Always 0.
     int32_t applySettingsToPipeline(zylQuorinPipelineCtrl& ctrl, int32_t block) const;
 
-    // What the service asks of the generation.
+    // The service asks these about the generation.
     const char* tuningDirectory() const { return mGeneration.tuningDirectory; }
     bool hasTuningNumbers() const { return mSettings->hasTuningNumbers(); }
-    // The operations on tuning data and listening tests, the holder's; null where there are none.
+    // The object for tuning data and listening tests, which stays the holder's; null for a
+    // generation that takes neither.
     zylSettingsStructMaldor* maldor() const { return mSettings->maldor(); }
 
     // Stays the holder's.

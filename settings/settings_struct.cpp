@@ -74,7 +74,7 @@ void zylSettingsStruct::LoadStruct() {
         if (mTraits.createsMissingFile) SaveStruct();
         return;
     }
-    // Straight into the fields: what a short file holds counts.
+    // Read straight into the fields, so that what a short file holds counts.
     if (!readFully(file, &mImage, mTraits.imageSize)) {
         logError("virtual void", "LoadStruct()", "Error reading settings file ...(file:%s)",
                  kSettingsFile);

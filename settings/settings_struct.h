@@ -1,8 +1,8 @@
 // The user's settings in memory and in the settings file.
 //
-// A settings struct guards nothing of what it holds: the service calls it under its own lock.
-// Setters change memory only; SaveStruct makes a change last. Whatever is refused is logged under
-// the generation's tag.
+// A settings struct does not guard its fields; the service calls it under its own locks. Setters
+// change memory only, and SaveStruct writes the file. A refusal is logged under the
+// generation's tag.
 
 #ifndef ZYL_SETTINGS_SETTINGS_STRUCT_H
 #define ZYL_SETTINGS_SETTINGS_STRUCT_H
@@ -21,18 +21,19 @@ class zylSettingsStruct {
     zylSettingsStruct& operator=(const zylSettingsStruct&) = delete;
     virtual ~zylSettingsStruct() = default;
 
-    // The version of the format that this build writes, and that of the image in memory, which is
-    // the file's once a file was loaded.
+    // The version of the format that this build writes, and the version of the image in memory. The
+    // latter is the file's once a file was loaded.
     uint32_t getCurrentVersion() const { return mTraits.currentVersion; }
     uint32_t getVersion() const { return mImage.version; }
 
-    // Any non-zero value is on, and is kept as it is.
+    // Zero is off. Any other value is on, and is kept as it is.
     void setEnabled(uint32_t enabled) { mImage.enabled = enabled; }
     uint32_t getEnabled() const { return mImage.enabled; }
 
     // Whether the user picks a tuning by its number for each route.
     virtual bool hasTuningNumbers() const { return false; }
-    // What takes in tuning data and listening tests, this object itself; null where none of it is.
+    // This object, as the one that takes tuning data and listening tests; null for a generation
+    // that takes neither.
     virtual zylSettingsStructMaldor* maldor() { return nullptr; }
 
     virtual zylKwoErrors setTuning(zylRoute route, uint32_t tuning) = 0;
@@ -44,7 +45,7 @@ class zylSettingsStruct {
     // the route's tuning when the file that it calls for does not exist on this device.
     virtual std::string getTuningFileName(zylRoute route, bool on) = 0;
 
-    // 1 to 3; others are refused.
+    // Modes 1 to 3; others are refused.
     void setStereoMode(uint32_t mode);
     uint32_t getStereoMode() const { return mImage.stereoMode; }
 
@@ -61,15 +62,16 @@ class zylSettingsStruct {
     uint32_t getGEQEnable() const { return mImage.geqEnable; }
 
     // Saves the settings file. A failure is logged; the file is then the old or the new one, whole.
-    // Any thread: what is saved last is what memory held last.
+    // Any thread may call it; the file then holds what memory held at the last save.
     void SaveStruct() ZYL_EXCLUDES(mSaveLock);
-    // Reads the settings file. A missing file gives the defaults. What a short file holds is taken
-    // over and the rest stays as it was; a file of a newer version is taken over as it is.
+    // Reads the settings file. A missing file gives the defaults. A short file changes the fields
+    // that it holds, and the others stay as they were. A file of a newer version is read like any
+    // other.
     void LoadStruct();
     virtual void SetDefaults();
 
   protected:
-    // What tells the generations' files and log lines apart.
+    // The differences between the generations' files and log lines.
     struct Traits {
         const char* logTag;
         const char* className;

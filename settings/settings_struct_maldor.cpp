@@ -8,10 +8,10 @@ namespace {
 constexpr const char* kCurrentTuningStems[kRouteCount] = {"current_speaker", "current_lineout",
                                                           "current_bluetooth"};
 
-constexpr char kNoIdentifier[kIdentifierSize] = "00000000-0000-0000-0000-000000000000";
+constexpr char kNoName[kZylcsNameSize] = "00000000-0000-0000-0000-000000000000";
 
-// Where the identifiers lie in the image, by zylSettingsStructMaldor::Identifier.
-constexpr size_t kIdentifierOffsets[] = {
+// Where the names lie in the image, by zylSettingsStructMaldor::TuningName.
+constexpr size_t kNameOffsets[] = {
         offsetof(MaldorSettingsImage, lineoutAccessoryTuningId),
         offsetof(MaldorSettingsImage, bluetoothAccessoryTuningId),
         offsetof(MaldorSettingsImage, multiChannelRoomId),
@@ -36,8 +36,8 @@ zylSettingsStructMaldor::zylSettingsStructMaldor() : zylSettingsStruct(kTraits, 
 void zylSettingsStructMaldor::SetDefaults() {
     mImage = {};
     zylSettingsStruct::SetDefaults();
-    for (size_t offset : kIdentifierOffsets) {
-        memcpy(imageBytes() + offset, kNoIdentifier, kIdentifierSize);
+    for (size_t offset : kNameOffsets) {
+        memcpy(imageBytes() + offset, kNoName, kZylcsNameSize);
     }
     std::fill(std::begin(mImage.listeningTest), std::end(mImage.listeningTest), kNoListeningTest);
 }
@@ -61,16 +61,16 @@ std::string zylSettingsStructMaldor::getTuningFileName(zylRoute route, bool on) 
     return name;
 }
 
-void zylSettingsStructMaldor::setIdentifier(Identifier which, const std::string& text) {
-    char padded[kIdentifierSize] = {};
-    text.copy(padded, kIdentifierSize - 1);
-    memcpy(imageBytes() + kIdentifierOffsets[static_cast<size_t>(which)], padded, kIdentifierSize);
+void zylSettingsStructMaldor::setName(TuningName which, const std::string& text) {
+    char padded[kZylcsNameSize] = {};
+    text.copy(padded, kZylcsNameSize - 1);
+    memcpy(imageBytes() + kNameOffsets[static_cast<size_t>(which)], padded, kZylcsNameSize);
 }
 
-// A settings file may hold a field without its NUL.
-std::string zylSettingsStructMaldor::getIdentifier(Identifier which) const {
-    const char* const text = imageBytes() + kIdentifierOffsets[static_cast<size_t>(which)];
-    return std::string(text, strnlen(text, kIdentifierSize - 1));
+// A settings file may hold a name without its NUL.
+std::string zylSettingsStructMaldor::getName(TuningName which) const {
+    const char* const text = imageBytes() + kNameOffsets[static_cast<size_t>(which)];
+    return std::string(text, strnlen(text, kZylcsNameSize - 1));
 }
 
 void zylSettingsStructMaldor::setListeningTestValues(float a, float b, float c, float d) {

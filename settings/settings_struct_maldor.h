@@ -1,8 +1,10 @@
-// The generation whose tunings are records: pipeline images in the service's directory, one for
-// each route and state, that tuning data from clients is folded into.
+// The generation whose tunings are records. A record is a saved pipeline image in the service's
+// directory: two are the speaker's, for the effect being on and off, one is lineout's and one is
+// bluetooth's. Tuning data and listening tests of clients change them.
 //
-// What folds something into records and remembers it is one turn, under gRecordLock. The getters of
-// what is remembered take no lock: a name that is just being replaced may come out as a mixture.
+// Changing records and remembering the name, or the test, is one turn, under gRecordLock. The
+// getters of what is remembered take no lock: a name that is just being replaced may come out as a
+// mixture.
 
 #ifndef ZYL_SETTINGS_SETTINGS_STRUCT_MALDOR_H
 #define ZYL_SETTINGS_SETTINGS_STRUCT_MALDOR_H
@@ -15,13 +17,13 @@
 #include "settings/replace_file.h"
 #include "settings/settings_struct.h"
 
-// Held from before tuning data or a listening test is folded into a record until it is remembered,
-// the conversion library's work included, so that two of them never mix. The outermost lock of all:
-// nobody waits for a conversion with another lock held.
+// Held from before a record is changed, by tuning data or a listening test, until that is
+// remembered, so that two changes never mix. The conversion library works in this time. This lock
+// is the outermost: nobody waits for a conversion with another lock held.
 extern FairLock gRecordLock;
 
-// Tuning data and the conversion library's work area, as a client sent them. Both are only used
-// during a call.
+// Tuning data and the conversion library's work area, as a client sent them, with their sizes in
+// bytes. Both are only used during a call.
 struct ZylcsData {
     const uint8_t* bytes;
     int32_t size;
@@ -31,8 +33,8 @@ struct ZylcsData {
 
 class zylSettingsStructMaldor : public zylSettingsStruct {
   public:
-    // What tuning data was applied to. The order is that of the fields in the image.
-    enum class Identifier {
+    // The names that are remembered, by what the tuning data was for.
+    enum class TuningName {
         kLineoutAccessory,
         kBluetoothAccessory,
         kMultiChannelRoom,
@@ -56,21 +58,21 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
     void SetDefaults() override;
 
     // Keeps the first 36 characters.
-    void setIdentifier(Identifier which, const std::string& text) ZYL_REQUIRES(gRecordLock);
-    std::string getIdentifier(Identifier which) const;
+    void setName(TuningName which, const std::string& text) ZYL_REQUIRES(gRecordLock);
+    std::string getName(TuningName which) const;
 
     void setListeningTestValues(float a, float b, float c, float d) ZYL_REQUIRES(gRecordLock);
     void getListeningTestValues(float* a, float* b, float* c, float* d) const;
 
-    // Fold tuning data, or the values of a listening test, into the records that they concern. A
-    // failure leaves the record that it struck, and those after it, as they were. A record whose
-    // file cannot be opened for writing counts as saved, and a record that is smaller than the
-    // pipeline that the library reports is refused with a line in the log.
+    // Have the library change the records concerned, and save them. A failure leaves the record for
+    // which it came, and those after it, as they were. A record whose file cannot be opened for
+    // writing counts as saved. When the library reports a pipeline that is larger than a record,
+    // the change is refused with a line in the log.
 
-    // Lineout or bluetooth; a listening test that was taken is applied on top.
+    // Lineout or bluetooth, others are refused. A listening test that was taken is applied again.
     zylKwoErrors applyAccessoryZylcsTuning(zylRoute route, const ZylcsData& zylcs)
             ZYL_REQUIRES(gRecordLock);
-    // The record for the effect being on, or off.
+    // The speaker's record for the effect being on, or off.
     zylKwoErrors applySpeakerZylcsTuning(bool on, const ZylcsData& zylcs) ZYL_REQUIRES(gRecordLock);
     // Lineout, then bluetooth. `route` is the one that the room was chosen for.
     zylKwoErrors applyZylcsStereoRooms(int32_t route, const ZylcsData& zylcs)

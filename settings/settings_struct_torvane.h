@@ -15,8 +15,8 @@ class zylSettingsStructTorvane : public zylSettingsStruct {
     zylKwoErrors setTuning(zylRoute route, uint32_t tuning) override;
     uint32_t getTuning(zylRoute route) override;
 
-    // Empty for a route that does not exist. Not every device comes with tuning 3 for lineout:
-    // where its file is missing, lineout's tuning becomes 1.
+    // Empty for a route that does not exist. Not every device has a file for lineout's tuning 3;
+    // where it is missing, lineout's tuning becomes 1.
     std::string getTuningFileName(zylRoute route, bool on) override;
 
   private:

@@ -26,26 +26,23 @@ static_assert(offsetof(CommonSettingsImage, version) == 0 &&
                       offsetof(CommonSettingsImage, geqEnable) == 64,
               "fixed by the settings file");
 
-// Of the field that holds a name of tuning data: what clients send and receive.
-constexpr int kIdentifierSize = kZylcsNameSize;
-
 // A listening-test value while no test was taken.
 constexpr float kNoListeningTest = -1.0F;
 
-// The whole image of the Maldor generation. Its identifiers are the names of the tuning data that
-// was applied.
+// The whole image of the Maldor generation. The fields that end in "Id" are the names of tuning
+// data.
 struct MaldorSettingsImage {
     CommonSettingsImage common;
-    char lineoutAccessoryTuningId[kIdentifierSize];
-    char bluetoothAccessoryTuningId[kIdentifierSize];
-    char multiChannelRoomId[kIdentifierSize];
-    char lineoutStereoRoomId[kIdentifierSize];
-    char bluetoothStereoRoomId[kIdentifierSize];
+    char lineoutAccessoryTuningId[kZylcsNameSize];
+    char bluetoothAccessoryTuningId[kZylcsNameSize];
+    char multiChannelRoomId[kZylcsNameSize];
+    char lineoutStereoRoomId[kZylcsNameSize];
+    char bluetoothStereoRoomId[kZylcsNameSize];
     char padding253[3];
     float listeningTest[kListeningTestCount];
     uint8_t listeningTestSet;
-    char speakerOnTuningId[kIdentifierSize];
-    char speakerOffTuningId[kIdentifierSize];
+    char speakerOnTuningId[kZylcsNameSize];
+    char speakerOffTuningId[kZylcsNameSize];
     char padding347;
 };
 static_assert(sizeof(MaldorSettingsImage) == 348, "fixed by the settings file");

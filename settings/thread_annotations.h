@@ -1,5 +1,5 @@
-// Which lock guards what, in words that clang checks; other compilers see nothing of them. The
-// platform's own macros of this kind are not there on all of its levels.
+// Say which lock guards what, and clang checks it; other compilers see nothing of it. API 24 has no
+// such macros of its own.
 
 #ifndef ZYL_SETTINGS_THREAD_ANNOTATIONS_H
 #define ZYL_SETTINGS_THREAD_ANNOTATIONS_H
@@ -10,20 +10,20 @@
 #define ZYL_ANNOTATION(attribute)
 #endif
 
-// Of a type of locks, and of a type that holds one as long as it lives.
+// For a type of locks, and for a type that holds one as long as it lives.
 #define ZYL_CAPABILITY ZYL_ANNOTATION(capability("mutex"))
 #define ZYL_SCOPED_CAPABILITY ZYL_ANNOTATION(scoped_lockable)
-// Of a variable, and of what a pointer points to.
+// For a variable, and for the object that a pointer points to.
 #define ZYL_GUARDED_BY(lock) ZYL_ANNOTATION(guarded_by(lock))
 #define ZYL_PT_GUARDED_BY(lock) ZYL_ANNOTATION(pt_guarded_by(lock))
-// Of a function: its caller holds the lock, or must not hold it.
+// For a function whose caller holds the lock, or must not hold it.
 #define ZYL_REQUIRES(lock) ZYL_ANNOTATION(requires_capability(lock))
 #define ZYL_EXCLUDES(lock) ZYL_ANNOTATION(locks_excluded(lock))
 #define ZYL_ACQUIRE(...) ZYL_ANNOTATION(acquire_capability(__VA_ARGS__))
 #define ZYL_RELEASE() ZYL_ANNOTATION(release_capability())
-// Of a lock: where both are held, it was taken after the other.
+// For a lock that is taken after the other one where both are held.
 #define ZYL_ACQUIRED_AFTER(lock) ZYL_ANNOTATION(acquired_after(lock))
-// Of a function that goes past a lock on purpose; its comment says why.
+// For a function that goes past a lock on purpose; its comment says why.
 #define ZYL_UNCHECKED ZYL_ANNOTATION(no_thread_safety_analysis)
 
 #endif  // ZYL_SETTINGS_THREAD_ANNOTATIONS_H

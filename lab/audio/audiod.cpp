@@ -1,4 +1,4 @@
-// audiod: the audio system of the emulated phone. It journals what it is told and asked, and
+// audiod: the audio system of the emulated phone. It journals what is set and asked, and
 // answers from a table that audioctl changes.
 
 #include <binder/IPCThreadState.h>

@@ -20,7 +20,7 @@ struct Shape {
     // region.
     std::string arguments;
     // What a reply holds: 'r' a result, 'w' any word, 'f' a float, 's' a string, 'n' a name behind
-    // its length, 'p' the platform's record, "" nothing; with '?' in front the call may fail
+    // its length, 'p' code 1's reply, "" nothing; with '?' in front the call may fail
     // instead. "-" for a code that nobody answers.
     std::string reply;
 };
@@ -31,7 +31,7 @@ const std::vector<Shape>& shapes();
 const Shape* shapeOf(uint32_t code);
 const Shape* shapeNamed(const std::string& name);
 
-// A result of an operation, or what binder tells in place of a reply; a number where it has no
+// A result of an operation, or binder's status in place of a reply; a number where it has no
 // name.
 std::string resultName(int32_t result);
 std::string statusName(int32_t status);

@@ -68,7 +68,7 @@ class Digest {
     uint64_t mValue = 0xCBF29CE484222325;
 };
 
-// What the client asks for: tuning data is a NUL-terminated identifier and then lines of text, of
+// What the client asks for: tuning data is a NUL-terminated name and then lines of text, of
 // which "result=N" is the only one with a meaning.
 int32_t wantedResult(const unsigned char* zylcs, int length) {
     const std::string text(reinterpret_cast<const char*>(zylcs), static_cast<size_t>(length));

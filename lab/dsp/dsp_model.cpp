@@ -50,20 +50,20 @@ std::string sliceText(const uint32_t* slice) {
            " offset=" + std::to_string(slice[slice::kStart]) + " mask=" + hex(slice[slice::kMask]);
 }
 
-// A request as the journal shows it, but for a payload.
-std::string requestText(uint32_t request, const uint32_t* record) {
+// A request as the journal shows it, without a payload.
+std::string requestText(uint32_t request, const uint32_t* argument) {
     switch (request) {
-        case kSetCache: return "cache size=" + std::to_string(*record);
+        case kSetCache: return "cache size=" + std::to_string(*argument);
         case kBindBlock: {
-            std::string text = "config block=" + std::to_string(record[binding::kBlock]) +
-                               " mask=" + hex(record[binding::kMask]) +
-                               " offset=" + std::to_string(record[binding::kStart]) + " words=";
+            std::string text = "config block=" + std::to_string(argument[binding::kBlock]) +
+                               " mask=" + hex(argument[binding::kMask]) +
+                               " offset=" + std::to_string(argument[binding::kStart]) + " words=";
             for (int i = binding::kPipeline; i < binding::kWords; ++i)
-                text += (i > binding::kPipeline ? "," : "") + hex(record[i]);
+                text += (i > binding::kPipeline ? "," : "") + hex(argument[i]);
             return text;
         }
-        case kRead: return "read " + sliceText(record);
-        case kWrite: return "write " + sliceText(record);
+        case kRead: return "read " + sliceText(argument);
+        case kWrite: return "write " + sliceText(argument);
         default: return "request=" + hex(request);
     }
 }
@@ -74,7 +74,7 @@ bool isKnown(uint32_t request) {
 
 }  // namespace
 
-size_t DspModel::recordSize(uint32_t request, const uint32_t* slice) const {
+size_t DspModel::argumentSize(uint32_t request, const uint32_t* slice) const {
     const std::lock_guard<std::mutex> lock(mLock);
     switch (request) {
         case kSetCache: return sizeof(uint32_t);
@@ -86,9 +86,9 @@ size_t DspModel::recordSize(uint32_t request, const uint32_t* slice) const {
     }
 }
 
-int DspModel::request(uint32_t request, void* record, size_t length) {
+int DspModel::request(uint32_t request, void* argument, size_t length) {
     const std::lock_guard<std::mutex> serving(mServing);
-    auto* const words = static_cast<uint32_t*>(record);
+    auto* const words = static_cast<uint32_t*>(argument);
     if (!isKnown(request)) return refuse(request, words, "unknown", ENOTTY);
     std::this_thread::sleep_for(delay());
     const std::lock_guard<std::mutex> lock(mLock);
@@ -118,8 +118,8 @@ bool DspModel::failsNow() {
     return true;
 }
 
-int DspModel::refuse(uint32_t request, const uint32_t* record, const char* reason, int error) {
-    journal("dsp refuse %s reason=%s", requestText(request, record).c_str(), reason);
+int DspModel::refuse(uint32_t request, const uint32_t* argument, const char* reason, int error) {
+    journal("dsp refuse %s reason=%s", requestText(request, argument).c_str(), reason);
     return error;
 }
 

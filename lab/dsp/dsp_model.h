@@ -1,7 +1,7 @@
 // The DSP behind /dev/zyl_quorin: a parameter cache of three blocks, filled by requests.
 //
-// It checks what it gets. A request that it does not know is ENOTTY; a record outside its block, or
-// for a device mask that no block was configured with, is EINVAL; both change nothing. Every
+// It checks what it gets. A request that it does not know is ENOTTY; an argument outside its block,
+// or for a device mask that no block was configured with, is EINVAL; both change nothing. Every
 // request leaves a line in the journal.
 
 #ifndef ZYL_LAB_DSP_DSP_MODEL_H
@@ -18,14 +18,14 @@
 
 class DspModel {
   public:
-    // Serves one request; `record` is all of it, header and payload, as recordSize() tells. What
-    // reaches beyond its `length` is refused, whatever was configured since recordSize() was asked.
+    // Serves one request; `argument` is all of it, header and payload, as long as argumentSize()
+    // has said. A payload that ends behind `length` is refused, whatever was configured since then.
     // Returns 0 or an errno. Takes as long as slow() says. Any thread.
-    int request(uint32_t request, void* record, size_t length = SIZE_MAX);
+    int request(uint32_t request, void* argument, size_t length = SIZE_MAX);
 
-    // How long the record of a request is; for those with a slice, its words must be readable. 0
+    // How long the argument of a request is; for those with a slice, its words must be readable. 0
     // for a request that is refused whatever follows: unknown, or longer than a block.
-    size_t recordSize(uint32_t request, const uint32_t* slice) const;
+    size_t argumentSize(uint32_t request, const uint32_t* slice) const;
 
     // Lets `skip` requests pass, then fails `count` with EIO.
     void fail(unsigned skip, unsigned count);
@@ -51,7 +51,7 @@ class DspModel {
     int transfer(uint32_t request, uint32_t* words, size_t length);
     const char* objectionTo(const uint32_t* binding) const;
     const char* objectionTo(const uint32_t* slice, size_t length) const;
-    int refuse(uint32_t request, const uint32_t* record, const char* reason, int error = EINVAL);
+    int refuse(uint32_t request, const uint32_t* argument, const char* reason, int error = EINVAL);
     size_t blockSize() const { return mCacheSize / quorin::kBlockCount; }
 
     // Held while a request is served, however slowly: a DSP does one thing at a time.

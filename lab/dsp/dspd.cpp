@@ -43,7 +43,7 @@ bool copy(CopyCall call, fuse_req_t request, void* own, void* theirs, size_t siz
     return call(fuse_req_ctx(request)->pid, &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
 }
 
-// The record is longer than the request's number says, and only its first words tell how long. The
+// The argument is longer than the request's number says, and only its first words say how long. The
 // kernel would bring it, but no more than 128 KB.
 int serve(fuse_req_t request, uint32_t command, void* argument) {
     const bool reads = command == quorin::kRead;
@@ -52,13 +52,13 @@ int serve(fuse_req_t request, uint32_t command, void* argument) {
         !copy(process_vm_readv, request, slice, argument, sizeof(slice))) {
         return EFAULT;
     }
-    const size_t size = gDsp.recordSize(command, slice);
-    std::vector<uint8_t> record(std::max(size, sizeof(slice)));
-    memcpy(record.data(), slice, sizeof(slice));
-    if (!reads && !copy(process_vm_readv, request, record.data(), argument, size)) return EFAULT;
-    const int error = gDsp.request(command, record.data(), record.size());
+    const size_t size = gDsp.argumentSize(command, slice);
+    std::vector<uint8_t> bytes(std::max(size, sizeof(slice)));
+    memcpy(bytes.data(), slice, sizeof(slice));
+    if (!reads && !copy(process_vm_readv, request, bytes.data(), argument, size)) return EFAULT;
+    const int error = gDsp.request(command, bytes.data(), bytes.size());
     if (error != 0 || !reads) return error;
-    return copy(process_vm_writev, request, record.data(), argument, size) ? 0 : EFAULT;
+    return copy(process_vm_writev, request, bytes.data(), argument, size) ? 0 : EFAULT;
 }
 
 void serveRequest(fuse_req_t request, int number, void* argument, fuse_file_info*, unsigned,

@@ -13,19 +13,19 @@ namespace quorin {
 constexpr char kNode[] = "/dev/zyl_quorin";
 constexpr int kBlockCount = 3;
 
-// Each argument is a pointer, of 32 bits on the phone, to a record.
+// Each request has a pointer, of 32 bits on the phone, to its argument.
 constexpr unsigned kType = 0xF2;
 constexpr uint32_t kSetCache = _IOW(kType, 1, uint32_t);   // CacheSize
 constexpr uint32_t kRead = _IOR(kType, 2, uint32_t);       // Slice, filled behind its words
 constexpr uint32_t kWrite = _IOW(kType, 3, uint32_t);      // Slice and its bytes
 constexpr uint32_t kBindBlock = _IOW(kType, 4, uint32_t);  // Binding
 
-// What stands for all of a block in place of a parameter's id, and what a binding ends its first
-// nine words with.
+// The id that stands for all of a block, and the one that is the last of a binding's first nine
+// words.
 constexpr uint32_t kWholeBlock = 0x10015100;
 constexpr uint32_t kAuxiliary = 0x1001522C;
 
-// Records are rows of 32-bit words; these are their places.
+// Arguments are rows of 32-bit words; these are their places.
 namespace slice {
 enum Word { kId, kLength, kStart, kMask, kWords };
 }

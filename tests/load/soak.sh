@@ -1,7 +1,7 @@
 # shellcheck shell=sh
 # soak.sh MODE CLIENTS CALLS ROUNDS SECONDS: rounds of load on one service, at least so many and at
 # least so long, and what it has of memory, mappings and descriptors before and after each. It must
-# have no more after the last than after the first, but for what it keeps by design: a mapping for each
+# have no more after the last than after the first, except for what it keeps by design: a mapping for each
 # region, and the speaker's tuning data.
 # shellcheck source=tests/device/lib.sh
 . /tests/lib.sh

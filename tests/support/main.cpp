@@ -19,7 +19,7 @@ extern "C" const char* __lsan_default_suppressions() {
 //   word of it; that client's own save follows and replaces the file again.
 extern "C" const char* __tsan_default_suppressions();
 extern "C" const char* __tsan_default_suppressions() {
-    return "race:zylSettingsStructMaldor::setIdentifier\n"
+    return "race:zylSettingsStructMaldor::setName\n"
            "race:zylSettingsStructMaldor::setListeningTestValues\n"
            "race:zylSettingsStructMaldor::resetListeningTest\n"
            "race:zylSettingsStruct::SaveStruct\n";

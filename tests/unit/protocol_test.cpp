@@ -229,7 +229,7 @@ TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
     EXPECT_EQ(info.platformType, 0);
     EXPECT_EQ(service->unsupportedOperation(), -8);
     EXPECT_EQ(proxy->setListeningTestResult(1, 2, 3, 4), 0);
-    // An identifier that its blob just holds, and a work area.
+    // A name that its blob just holds, and a work area.
     uint8_t data[] = "Tuning";
     uint8_t work[5] = {};
     EXPECT_EQ(proxy->setAccessoryZylcsTuning(2, data, sizeof(data), work, sizeof(work)), 0);
