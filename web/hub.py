@@ -7,13 +7,15 @@ import contextlib
 import json
 import re
 import shlex
+import time
 from collections import deque
 
 from commands import is_command, is_trial
 from phone import Gone, Phone
 
 KWOCTL = ["kwoctl", "--json"]
-STATUS = [*KWOCTL, "status"]
+# Of a state, what neither users nor clients change; to read it leaves lines in log and journal.
+CONSTANT = ("generation", "bands", "mask", "version", "platform")
 BLOCKS = ("speaker", "lineout", "bluetooth")
 # kwoctl's exit status without a service.
 NO_SERVICE = 3
@@ -45,11 +47,13 @@ class Hub:
     def __init__(self, phone: Phone):
         self._phone = phone
         self._pages: set[asyncio.Queue] = set()
+        self._state: dict = {}  # empty until the service has answered
         self._shown: dict[str, dict] = {}  # the last message of each kind
         self._lines = {"log": deque(maxlen=LINES), "journal": deque(maxlen=LINES)}
         self._turn = asyncio.Lock()  # of commands that change something
         self._changed = asyncio.Event()  # something that is only read after changes
         self._trial: asyncio.Task | None = None
+        self._trial_end = 0.0
         self._sides: dict[str, bytes] = {}  # A and B: snapshots, of that not in use
         self._side = "A"
 
@@ -59,10 +63,13 @@ class Hub:
         """A queue of messages, the first of which tell all that is known."""
         page = asyncio.Queue()
         for message in self._shown.values():
+            if message.get("trial") == "running":
+                message = {**message, "left": self._trial_end - time.monotonic()}
             page.put_nowait(message)
         for stream, lines in self._lines.items():
             page.put_nowait({"kind": "lines", "stream": stream, "lines": list(lines), "anew": True})
         self._pages.add(page)
+        self._changed.set()
         return page
 
     def leave(self, page: asyncio.Queue):
@@ -101,7 +108,7 @@ class Hub:
 
     async def _change(self, words: list[str], data: bytes) -> dict:
         async with self._turn:
-            results = await self._phone.run([[*KWOCTL, *words], STATUS], data)
+            results = await self._phone.run([[*KWOCTL, *words], self._status()], data)
         return self._after(results)
 
     def _after(self, results) -> dict:
@@ -125,7 +132,7 @@ class Hub:
                 self._sides[self._side] = now = await self._snapshot()
                 wanted = self._sides.get(side, now)
                 answer = self._after(await self._phone.run(
-                    [[*KWOCTL, "restore", "-"], STATUS], wanted))
+                    [[*KWOCTL, "restore", "-"], self._status()], wanted))
                 if "error" not in answer:
                     self._side = side
         self._show_sides()
@@ -152,7 +159,9 @@ class Hub:
             async for line in self._phone.stream(shlex.join([*KWOCTL, *words])):
                 with contextlib.suppress(ValueError):
                     message = json.loads(line)
-                    self._show("trial", **message)
+                    left = message.get("seconds", 0)
+                    self._trial_end = time.monotonic() + left
+                    self._show("trial", **message, left=left)
                     await self._refresh()
                     self._changed.set()
                 if not begun.done():
@@ -167,21 +176,32 @@ class Hub:
     # What the phone does by itself.
 
     def _show_gone(self, gone: Gone):
+        self._state = {}
         self._show("phone", state="gone", why=str(gone))
+
+    def _status(self) -> list[str]:
+        """The command that reads the state: at first all of it, then what may change."""
+        keys = [f"{key}.{part}" if part else key
+                for key, value in self._state.items() if key not in CONSTANT
+                for part in (value if isinstance(value, dict) else [""])]
+        return [*KWOCTL, "get", *keys] if keys else [*KWOCTL, "status"]
 
     def _show_state(self, result, complaints: str):
         state = result.read()
         if result.status == 0 and isinstance(state, dict):
+            self._state = {**self._state, **state}
             self._show("phone", state="up")
-            self._show("state", state=state)
-        elif result.status == NO_SERVICE:
+            self._show("state", state=self._state)
+            return
+        self._state = {}
+        if result.status == NO_SERVICE:
             self._show("phone", state="no service")
         else:
             self._show("phone", state="refuses", why=_complaint(complaints)["why"])
 
     async def _refresh(self):
         try:
-            results = await self._phone.run([STATUS])
+            results = await self._phone.run([self._status()])
         except Gone as gone:
             self._show_gone(gone)
             return

@@ -53,16 +53,17 @@ class Server:
 
     async def start(self, port: int) -> str:
         """The page's address, once it is served."""
-        app = web.Application(middlewares=[web.middleware(self._guard)])
+        app = web.Application(middlewares=[self._guard])
         app.add_routes([web.get("/{token}/socket", self._socket),
                         web.get("/{token}/{name:.*}", self._file)])
-        runner = web.AppRunner(app, access_log=None, shutdown_timeout=1)
-        await runner.setup()
-        site = web.TCPSite(runner, ADDRESS, port)
+        self._runner = web.AppRunner(app, access_log=None)
+        await self._runner.setup()
+        site = web.TCPSite(self._runner, ADDRESS, port, shutdown_timeout=1)
         await site.start()
         self._port = site._server.sockets[0].getsockname()[1]
         return f"http://{ADDRESS}:{self._port}/{self._token}/"
 
+    @web.middleware
     async def _guard(self, request: web.Request, handler) -> web.StreamResponse:
         if not is_ours(request, self._port, self._token):
             return web.Response(status=403, text="Not for you.\n", headers=HEADERS)

@@ -93,21 +93,22 @@ class Block {
         this.#canvas.width = COLUMNS;
         this.#canvas.height = Math.ceil(words / COLUMNS);
         const context = this.#canvas.getContext("2d");
-        const style = getComputedStyle(this.figure);
         const view = new DataView(this.#bytes.buffer);
-        context.fillStyle = style.getPropertyValue("--data");
+        context.fillStyle = getComputedStyle(this.#canvas).color;
         for (let word = 0; word < Math.floor(this.#bytes.length / WORD); ++word) {
-            // As many bits as the word has, so that small values show beside large ones.
-            context.globalAlpha = (32 - Math.clz32(view.getUint32(word * WORD, true))) / 32;
+            // The larger the stronger; any value shows beside zero.
+            const value = view.getUint32(word * WORD, true);
+            context.globalAlpha = value === 0 ? 0 : 0.2 + 0.6 * value / 2 ** 32;
             context.fillRect(word % COLUMNS, Math.floor(word / COLUMNS), 1, 1);
         }
         context.globalAlpha = 1;
-        this.#mark(context, style.getPropertyValue("--changed"), this.#changed);
-        this.#mark(context, style.getPropertyValue("--wrong"), differences.flatMap(wordsOf));
+        this.#mark(context, "changed", this.#changed);
+        this.#mark(context, "wrong", differences.flatMap(wordsOf));
     }
 
-    #mark(context, colour, words) {
-        context.fillStyle = colour;
+    // In the colour of the legend.
+    #mark(context, kind, words) {
+        context.fillStyle = getComputedStyle(document.querySelector(`.key.${kind}`)).backgroundColor;
         for (const word of words) {
             context.fillRect(word % COLUMNS - MARK, Math.floor(word / COLUMNS) - MARK,
                 2 * MARK + 1, 2 * MARK + 1);

@@ -7,7 +7,7 @@ const MOST_LINES = 500;
 const NEAR_END_PX = 16;
 
 // What the panel itself reads would drown what others do.
-const isRead = (line) => /^dsp (read|cache) /.test(line);
+const isRead = (line) => /^(dsp (read|cache)|audio get) /.test(line);
 
 class Stream {
     #lines;
