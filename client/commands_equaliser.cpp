@@ -2,136 +2,178 @@
 
 #include <cmath>
 
-#include "client/changes.h"
-#include "client/command.h"
-#include "client/equaliser.h"
-#include "client/parse.h"
+#include "client/change.h"
+#include "client/console.h"
+#include "client/library/curve.h"
+#include "client/library/files.h"
+#include "client/library/parse.h"
 
 namespace {
 
-// One column a decibel, the neutral gain in the middle of what the service accepts.
-constexpr int kLowestColumn = -16;
-constexpr int kHighestColumn = 19;
-constexpr char kBoosted[] = "\033[33m";
-constexpr char kCut[] = "\033[36m";
-constexpr char kPlain[] = "\033[0m";
+constexpr char kVerbs[] =
+        "on, off, toggle, flat, set BAND GAIN, add BAND DECIBELS, set-all with ten GAINs, load "
+        "FILE "
+        "or save FILE";
 
-std::string bar(double decibels, bool colour) {
-    const int level = static_cast<int>(std::lround(decibels));
-    std::string columns;
-    for (int column = kLowestColumn; column <= kHighestColumn; ++column) {
-        const bool filled = (column > 0 && column <= level) || (column < 0 && column >= level);
-        columns += column == 0 ? '|' : filled ? '#' : '.';
-    }
-    if (!colour) return columns;
-    return (level > 0 ? kBoosted : level < 0 ? kCut : "") + columns + kPlain;
-}
-
-ExitStatus showEqualiser(Session& session) {
-    Value enabled;
-    Value gains;
-    const Property& gainsRow = property("gains");
-    const Property& switchRow = property("geq");
-    ExitStatus status = readValue(session, switchRow, &enabled);
-    if (status == kDone) status = readValue(session, gainsRow, &gains);
-    if (status != kDone) return status;
+Outcome showEqualiser(Session& session, const std::vector<std::string>& lost) {
+    State state;
+    const Outcome outcome = readState(
+            session,
+            [](const Property& row) { return row.key == "geq" || row.kind == Property::kGains; },
+            &state);
+    if (!outcome.ok()) return outcome;
     if (session.options.json) {
         Json json;
         json.open('{');
-        addToJson(json, {{&switchRow, enabled}, {&gainsRow, gains}});
-        json.close().print();
-        return kDone;
+        addToJson(json, state);
+        if (!session.bands.empty()) {
+            json.name("bands").open('[');
+            for (double hertz : session.bands) json.number(hertz);
+            json.close();
+        }
+        if (!lost.empty()) {
+            json.name("lost").open('[');
+            for (const std::string& line : lost) json.text(line);
+            json.close();
+        }
+        print(json.close());
+        return done();
     }
-    printValue(switchRow, enabled);
-    printGains(session, gains);
-    return kDone;
+    for (const Reading& reading : state) {
+        if (reading.property->kind == Property::kGains) {
+            printGains(session, reading.value);
+        } else {
+            printValue(*reading.property, reading.value);
+        }
+    }
+    for (const std::string& line : lost) printf("lost           %s\n", line.c_str());
+    return done();
 }
 
-ExitStatus setAndShowGains(Session& session, const Arguments& words) {
-    const Property& gains = property("gains");
+Outcome changeAndShow(Session& session, const Property& property, const Arguments& words) {
     Value value;
-    ExitStatus status = parseValue(gains, words, &value);
-    if (status == kDone) status = applyChanges(session, {{&gains, value}});
-    return status == kDone ? showEqualiser(session) : status;
+    Outcome outcome = parseValue(property, words, &value);
+    if (outcome.ok()) outcome = changeOne(session, property, value);
+    return outcome.ok() ? showEqualiser(session, {}) : outcome;
 }
 
-Property bandProperty(int32_t band) {
-    Property one = property("gains");
-    one.count = 1;
-    one.selector = band;
-    one.get = [](Izyl_kwo_service& service, int32_t selector, Value* value) {
-        uint16_t gain = 0;
-        const int32_t result = service.getGEQGain(selector, &gain);
-        value->numbers = {static_cast<double>(gain)};
-        return result;
-    };
-    one.set = [](Izyl_kwo_service& service, int32_t selector, const Value& value) {
-        return service.setGEQGain(selector, static_cast<uint16_t>(value.numbers[0]));
-    };
-    return one;
+Outcome parseBand(const std::string& text, const Property** band) {
+    int32_t number = 0;
+    if (!parseNumber(text, &number) || number < 0 || number >= kGEQBandCount) {
+        return wrongUsage("geq", text, format("a band: 0 to %d", kGEQBandCount - 1));
+    }
+    *band = &bandProperty(number);
+    return done();
 }
 
 // By itself: the other bands are not sent again.
-ExitStatus setBand(Session& session, const std::string& bandText, const std::string& gainText) {
-    int32_t band = 0;
-    if (!parseNumber(bandText, &band)) return reportUsage("geq", bandText, "a band: 0 to 9");
-    if (band < 0 || band >= kGEQBandCount) {
-        return reportRefusal("geq", "there is no band " + bandText + "; bands are 0 to 9");
+Outcome setBand(Session& session, const Arguments& words) {
+    const Property* band = nullptr;
+    const Outcome parsed = parseBand(words[1], &band);
+    if (!parsed.ok()) return parsed;
+    return changeAndShow(session, *band, Arguments(words.begin() + 2, words.end()));
+}
+
+Outcome addToBand(Session& session, const Arguments& words) {
+    const Property* band = nullptr;
+    Outcome outcome = parseBand(words[1], &band);
+    if (!outcome.ok()) return outcome;
+    const std::string text = joinWords(Arguments(words.begin() + 2, words.end()));
+    double decibels = 0;
+    if (!parseDecibels(text, &decibels)) {
+        return wrongUsage("geq", text, "what to add in decibels, such as +1.5 or -2dB");
     }
-    const Property one = bandProperty(band);
     Value gain;
-    ExitStatus status = parseValue(one, {gainText}, &gain);
-    if (status == kDone) status = applyChanges(session, {{&one, gain}});
-    return status == kDone ? showEqualiser(session) : status;
+    outcome = readValue(session, *band, &gain);
+    if (!outcome.ok()) return outcome;
+    const double sum = gainOf(decibelsOf(gain.numbers[0]) + decibels);
+    if (sum < kLowestGain || sum > kHighestGain) {
+        outcome = wrongUsage("geq", "", "");
+        outcome.why = format("%s %s makes %s, out of range; it takes a gain: %s",
+                             nameOfBand(session.bands, static_cast<size_t>(bandOf(*band))).c_str(),
+                             formatDecibels(decibels).c_str(),
+                             formatDecibels(decibelsOf(sum)).c_str(), kGainRange);
+        return outcome;
+    }
+    outcome = changeOne(session, *band, Value(sum));
+    return outcome.ok() ? showEqualiser(session, {}) : outcome;
 }
 
-ExitStatus geq(Session& session, const Arguments& arguments) {
-    if (arguments.empty()) return showEqualiser(session);
-    const std::string& verb = arguments[0];
+Outcome load(Session& session, const std::string& file) {
+    Wanted wanted;
+    Outcome outcome = wantCurve(session, file, &wanted);
+    if (outcome.ok()) outcome = change(session, wanted, nullptr);
+    if (!outcome.ok() || session.options.dryRun) return outcome;
+    return showEqualiser(session, wanted.lost);
+}
+
+Outcome save(Session& session, const std::string& file) {
+    Value gains;
+    Outcome outcome = readValue(session, property("gains"), &gains);
+    const std::string text = formatCurve(gains.numbers, session.bands);
+    if (outcome.ok()) outcome = writeFile(file, text.data(), text.size());
+    if (!outcome.ok() || isStandardStream(file)) return outcome;
+    if (session.options.json) return showEqualiser(session, {});
+    printAbout(file, "gains          to " + file);
+    return done();
+}
+
+Outcome switchEqualiser(Session& session, const std::string& word) {
+    Value value;
+    Outcome outcome = switchedValue(session, property("geq"), word, &value);
+    if (outcome.ok()) outcome = changeOne(session, property("geq"), value);
+    return outcome.ok() ? showEqualiser(session, {}) : outcome;
+}
+
+Outcome geq(Session& session, const Arguments& arguments) {
+    if (arguments.empty()) return showEqualiser(session, {});
+    const std::string verb = lowerCase(arguments[0]);
+    const size_t count = arguments.size();
     bool on = false;
-    if (arguments.size() == 1 && (verb == "toggle" || parseSwitch(verb, &on))) {
-        const ExitStatus status = switchTo(session, property("geq"), verb);
-        return status == kDone ? showEqualiser(session) : status;
+    if (count == 1 && (verb == "toggle" || parseSwitch(verb, &on))) {
+        return switchEqualiser(session, verb);
     }
-    if (verb == "flat" && arguments.size() == 1) {
-        return setAndShowGains(session, Arguments(kGEQBandCount, "0dB"));
+    if (verb == "flat" && count == 1) {
+        return changeAndShow(session, property("gains"), Arguments(kGEQBandCount, "0dB"));
     }
-    if (verb == "set" && arguments.size() == 3) {
-        return setBand(session, arguments[1], arguments[2]);
+    if (verb == "set" && count >= 3) return setBand(session, arguments);
+    if (verb == "add" && count >= 3) return addToBand(session, arguments);
+    if (verb == "set-all" && count > 1) {
+        return changeAndShow(session, property("gains"),
+                             Arguments(arguments.begin() + 1, arguments.end()));
     }
-    if (verb == "set-all" && arguments.size() == 1 + kGEQBandCount) {
-        return setAndShowGains(session, Arguments(arguments.begin() + 1, arguments.end()));
-    }
-    return reportUsage("geq", verb,
-                       "on, off, toggle, flat, set BAND GAIN or set-all with ten GAINs");
+    if (verb == "load" && count == 2) return load(session, arguments[1]);
+    if (verb == "save" && count == 2) return save(session, arguments[1]);
+    return wrongUsage("geq", joinWords(arguments), kVerbs);
 }
 
-constexpr char kDetails[] =
-        "GAIN is 725 to 32767, where 4096 is neutral, or decibels such as +3dB or -1.5dB. Gains "
-        "are\n"
-        "kept only while the equaliser is on, and it can be switched only while the effect is "
-        "on.\n";
+std::string details() {
+    return std::string("GAIN is ") + kGainRange +
+           ", where 4096 is neutral.\nA sign, a point or dB says decibels: +3, 0.5, 3dB; a plain "
+           "integer is the raw value.\nGains are kept only while the equaliser is on, and it can "
+           "be "
+           "switched only while the\neffect is on.\n\n"
+           "load reads ten gains in the order of the bands; or, when the centres of the bands are\n"
+           "known, a line \"GraphicEQ: 25 -3.1; 40 2; ...\", or lines \"Filter 1: ON PK Fc 105 Hz\n"
+           "Gain -2.5 dB Q 0.70\" (PK, LS, HS), both with \"Preamp: -6.5 dB\", which lowers all\n"
+           "bands. Gains out of range are cut, and what is lost is printed. save writes ten\n"
+           "gains that load reads back as they are.\n";
+}
 
 }  // namespace
 
-void printGains(const Session& session, const Value& gains) {
-    for (size_t band = 0; band < gains.numbers.size(); ++band) {
-        const double decibels = decibelsOf(gains.numbers[band]);
-        printf("band %zu  %5.0f  %+5.1f dB", band, gains.numbers[band], decibels);
-        if (session.options.bars) {
-            printf("  %s", bar(decibels, session.options.colour).c_str());
-        }
-        printf("\n");
-    }
+const CommandTable& equaliserCommands() {
+    static const CommandTable table = {
+            command("geq", "[on|off|toggle|flat]",
+                    "show or switch the equaliser, or set it to neutral", geq)
+                    .takes(0, kAnyNumberOfArguments)
+                    .with(Command::kDryRun)
+                    .explained(details()),
+            also("set BAND GAIN", "set one band, 0 to 9"),
+            also("add BAND DECIBELS", "raise or lower one band"),
+            also("set-all GAIN...", "set the ten bands"),
+            also("load FILE", "set the bands after a curve"),
+            also("save FILE", "write the bands' gains"),
+    };
+    return table;
 }
-
-double decibelsOf(double gain) {
-    return gain == 0 ? kLowestColumn : 20 * std::log10(gain / kNeutralGain);
-}
-
-const std::vector<Command> kEqualiserCommands = {
-        {"geq", "[on|off|toggle|flat]", "show or switch the equaliser, or set it to neutral",
-         kDetails, 0, 1 + kGEQBandCount, Command::kService, "--json", geq},
-        {"", "set BAND GAIN", "set one band, 0 to 9", "", 0, 0, Command::kService, "", nullptr},
-        {"", "set-all GAIN...", "set the ten bands", "", 0, 0, Command::kService, "", nullptr},
-};

@@ -8,48 +8,49 @@
 #include <cstring>
 
 #include "client/command.h"
-#include "client/files.h"
-#include "client/json.h"
-#include "client/parse.h"
+#include "client/console.h"
+#include "client/help.h"
+#include "client/library/files.h"
+#include "client/library/parse.h"
 #include "client/report_page.h"
 
 namespace {
 
 using android::Parcel;
 
-ExitStatus addDescriptor(Parcel& data, const std::string& name) {
+Outcome addDescriptor(Parcel& data, const std::string& name) {
     const int fd = open(name.c_str(), O_RDWR | O_CLOEXEC);
-    if (fd < 0) return reportRefusal(name, "cannot be opened for reading and writing");
+    if (fd < 0) return refusal(name, "cannot be opened for reading and writing");
     // The parcel's from here on.
     data.writeFileDescriptor(fd, true);
-    return kDone;
+    return done();
 }
 
-ExitStatus addBlob(Parcel& data, const std::string& name) {
+Outcome addBlob(Parcel& data, const std::string& name) {
     Bytes bytes;
-    const ExitStatus status = readFile(name, &bytes);
-    if (status != kDone) return status;
+    const Outcome outcome = readFile(name, &bytes);
+    if (!outcome.ok()) return outcome;
     data.writeInt32(static_cast<int32_t>(bytes.size()));
     if (!bytes.empty()) data.write(bytes.data(), bytes.size());
-    return kDone;
+    return done();
 }
 
-ExitStatus addArgument(Parcel& data, const std::string& type, const std::string& text) {
+Outcome addArgument(Parcel& data, const std::string& type, const std::string& text) {
     if (type == "i32") {
         int32_t number = 0;
-        if (!parseNumber(text, &number)) return reportUsage("raw", text, "a 32-bit number");
+        if (!parseNumber(text, &number)) return wrongUsage("raw", text, "a 32-bit number");
         data.writeInt32(number);
-        return kDone;
+        return done();
     }
     if (type == "f") {
         double number = 0;
-        if (!parseReal(text, &number)) return reportUsage("raw", text, "a number");
+        if (!parseReal(text, &number)) return wrongUsage("raw", text, "a number");
         data.writeFloat(static_cast<float>(number));
-        return kDone;
+        return done();
     }
     if (type == "blob") return addBlob(data, text);
     if (type == "fd") return addDescriptor(data, text);
-    return reportUsage("raw", type, "i32, f, blob or fd");
+    return wrongUsage("raw", type, "i32, f, blob or fd");
 }
 
 // The platform's own names where it has some; other errors are the kernel's, negated.
@@ -79,54 +80,63 @@ void printReply(const Session& session, const Parcel& reply) {
         printf("%5zu  0x%08x  %11d  %s\n", offset, static_cast<uint32_t>(word), word, text);
     }
     json.close().close();
-    if (session.options.json) json.print();
+    if (session.options.json) print(json);
     if (!session.options.json && offset == 0) printf("an empty reply\n");
 }
 
-ExitStatus raw(Session& session, const Arguments& arguments) {
+Outcome raw(Session& session, const Arguments& arguments) {
     int32_t code = 0;
     if (!parseNumber(arguments[0], &code) || code < 1) {
-        return reportUsage("raw", arguments[0], "a transaction's code");
+        return wrongUsage("raw", arguments[0], "a transaction's code");
     }
     if (arguments.size() % 2 == 0) {
-        return reportUsage("raw", arguments.back(), "a pair of type and value");
+        return wrongUsage("raw", arguments.back(), "a pair of type and value");
     }
     Parcel data;
     data.writeInterfaceToken(Izyl_kwo_service::descriptor);
     for (size_t i = 1; i < arguments.size(); i += 2) {
-        const ExitStatus status = addArgument(data, arguments[i], arguments[i + 1]);
-        if (status != kDone) return status;
+        const Outcome status = addArgument(data, arguments[i], arguments[i + 1]);
+        if (!status.ok()) return status;
     }
     Parcel reply;
-    const android::status_t status = android::IInterface::asBinder(&session.service())
-                                             ->transact(static_cast<uint32_t>(code), data, &reply);
-    if (status == android::DEAD_OBJECT) return reportResult("raw", kZylKwoServiceGone);
-    if (status != android::NO_ERROR) {
-        return reportRefusal("raw", "the service did not take it: " + describe(status));
+    const android::status_t sent = android::IInterface::asBinder(&session.service())
+                                           ->transact(static_cast<uint32_t>(code), data, &reply);
+    if (sent == android::DEAD_OBJECT) return resultOf("raw", kZylKwoServiceGone);
+    if (sent != android::NO_ERROR) {
+        return refusal("raw", "the service did not take it: " + describe(sent));
     }
     printReply(session, reply);
-    return kDone;
+    return done();
 }
 
-ExitStatus report(Session& session, const Arguments& arguments) {
+Outcome report(Session& session, const Arguments& arguments) {
     std::string page;
-    ExitStatus status = makeReportPage(session, &page);
-    if (status == kDone) status = writeFile(arguments[0], page.data(), page.size());
-    if (status == kDone) printAbout(arguments[0], "report         to " + arguments[0]);
-    return status;
+    Outcome status = makeReportPage(session, &page);
+    if (status.ok()) status = writeFile(arguments[0], page.data(), page.size());
+    if (!status.ok()) return status;
+    if (session.options.json && !isStandardStream(arguments[0])) {
+        Json json;
+        print(json.open('{').name("report").text(arguments[0]).close());
+    } else {
+        printAbout(arguments[0], "report         to " + arguments[0]);
+    }
+    return done();
 }
 
-ExitStatus help(Session&, const Arguments& arguments) {
+Outcome help(Session&, const Arguments& arguments) {
     if (arguments.empty()) {
         printHelp(stdout);
-        return kDone;
+        return done();
     }
     const Command* command = findCommand(arguments[0]);
     if (command == nullptr) {
-        return reportUsage("help", arguments[0], "a command; see kwoctl help");
+        const std::string nearest = nearestCommand(arguments[0]);
+        return wrongUsage("help", arguments[0],
+                          "a command; " + (nearest.empty() ? "see kwoctl help"
+                                                           : "did you mean " + nearest + "?"));
     }
     printHelp(*command);
-    return kDone;
+    return done();
 }
 
 constexpr char kRawDetails[] =
@@ -140,11 +150,18 @@ constexpr char kReportDetails[] =
 
 }  // namespace
 
-const std::vector<Command> kOtherCommands = {
-        {"raw", "CODE [TYPE VALUE]...", "send any transaction; TYPE is i32, f, blob or fd",
-         kRawDetails, 1, kAnyNumber, Command::kService, "--json", raw},
-        {"report", "FILE", "write a page (HTML) that shows everything", kReportDetails, 1, 1,
-         Command::kService, "", report},
-        {"help", "[COMMAND]", "show this help, or that of a command", "", 0, 1, Command::kNothing,
-         "", help},
-};
+const CommandTable& otherCommands() {
+    static const CommandTable table = {
+            command("raw", "CODE [TYPE VALUE]...",
+                    "send any transaction; TYPE is i32, f, blob or fd", raw)
+                    .takes(1, kAnyNumberOfArguments)
+                    .explained(kRawDetails),
+            command("report", "FILE", "write a page (HTML) that shows everything", report)
+                    .takes(1, 1)
+                    .explained(kReportDetails),
+            command("help", "[COMMAND]", "show this help, or that of a command", help)
+                    .takes(0, 1)
+                    .withoutService(),
+    };
+    return table;
+}

@@ -1,106 +1,111 @@
 // The effect as a whole, and every other property of the service.
 
-#include <cstring>
-
-#include "client/changes.h"
+#include "client/change.h"
 #include "client/command.h"
-#include "client/equaliser.h"
-#include "client/parse.h"
+#include "client/console.h"
+#include "client/library/parse.h"
+#include "client/library/tunings.h"
 
 namespace {
 
-ExitStatus print(Session& session, const Choice& wanted) {
-    ExitStatus status = kDone;
-    const std::vector<Reading> readings = readAll(session, wanted, &status);
+Outcome statusOf(Session& session, const Arguments&) {
+    State state;
+    const Outcome outcome = readState(session, everything, &state);
     if (session.options.json) {
         Json json;
         json.open('{');
-        addToJson(json, readings);
-        json.close().print();
-        return status;
+        addToJson(json, state);
+        if (!session.bands.empty()) {
+            json.name("bands").open('[');
+            for (double hertz : session.bands) json.number(hertz);
+            json.close();
+        }
+        print(json.close());
+        return outcome;
     }
-    for (const Reading& reading : readings) printValue(*reading.property, reading.value);
-    return status;
-}
-
-ExitStatus status(Session& session, const Arguments&) {
-    if (session.options.json) return print(session, [](const Property&) { return true; });
-    ExitStatus status = kDone;
-    for (const Reading& reading : readAll(
-                 session, [](const Property&) { return true; }, &status)) {
+    for (const Reading& reading : state) {
         if (reading.property->kind == Property::kGains) {
             printGains(session, reading.value);
         } else {
             printValue(*reading.property, reading.value);
         }
     }
-    return status;
+    return outcome;
 }
 
-ExitStatus get(Session& session, const Arguments& given) {
+Outcome get(Session& session, const Arguments& given) {
+    if (given.empty()) return show(session, everything);
+    std::vector<const Property*> wanted;
     for (const std::string& key : given) {
-        if (findProperty(key) == nullptr) {
-            return reportUsage("get", key, "one of: " + keys(false));
-        }
+        const Property* const found = findProperty(lowerCase(key));
+        if (found == nullptr) return wrongUsage("get", key, "one of: " + joinWords(keys(false)));
+        wanted.push_back(found);
     }
-    if (given.size() == 1) return show(session, *findProperty(given[0]));
-    return print(session, [&given](const Property& property) {
-        if (given.empty()) return true;
-        for (const std::string& key : given) {
-            if (key == property.key) return true;
+    if (wanted.size() == 1) return show(session, *wanted[0]);
+    State state;
+    Outcome outcome;
+    // In the order of the table, and the bands by themselves behind it.
+    const auto read = [&](const Property& property) {
+        for (const Property* one : wanted) {
+            Value value;
+            if (one != &property) continue;
+            const int32_t result = one->get(session.service(), one->selector, &value);
+            if (result == kZylKwoOk) state.push_back({one, value});
+            if (result != kZylKwoNotAvailable && outcome.ok()) outcome = resultOf(one->key, result);
+            return;
         }
-        return false;
-    });
+    };
+    for (const Property& property : properties()) read(property);
+    for (int32_t band = 0; band < kGEQBandCount; ++band) read(bandProperty(band));
+    if (session.options.json) {
+        Json json;
+        json.open('{');
+        addToJson(json, state);
+        print(json.close());
+        return outcome;
+    }
+    for (const Reading& reading : state) printValue(*reading.property, reading.value);
+    return outcome;
 }
 
-// KEY=VALUE; several numbers stand between commas.
-ExitStatus parseAssignment(const std::string& text, Change* change) {
-    const size_t equals = text.find('=');
-    const Property* property = findProperty(text.substr(0, equals));
-    if (equals == std::string::npos || property == nullptr || property->set == nullptr) {
-        return reportUsage("set", text, "KEY=VALUE, where KEY is one of: " + keys(true));
-    }
-    std::string values = text.substr(equals + 1);
-    for (char& c : values) {
-        if (c == ',') c = ' ';
-    }
-    change->property = property;
-    return parseValue(*property, splitWords(values), &change->value);
+Outcome set(Session& session, const Arguments& arguments) {
+    Wanted wanted;
+    Outcome outcome = wantSet(arguments, &wanted);
+    if (outcome.ok()) outcome = change(session, wanted, nullptr);
+    if (!outcome.ok() || session.options.dryRun) return outcome;
+    Arguments keys;
+    for (const Change& change : wanted.changes) keys.push_back(change.property->key);
+    return get(session, keys);
 }
 
-ExitStatus set(Session& session, const Arguments& arguments) {
-    std::vector<Change> changes(arguments.size());
-    for (size_t i = 0; i < arguments.size(); ++i) {
-        const ExitStatus status = parseAssignment(arguments[i], &changes[i]);
-        if (status != kDone) return status;
-    }
-    const ExitStatus status = applyChanges(session, changes, true);
-    if (status != kDone) return status;
-    return print(session, [&changes](const Property& property) {
-        for (const Change& change : changes) {
-            if (change.property == &property) return true;
-        }
-        return false;
-    });
+// Sets the property to the words and shows what then holds.
+Outcome setAndShow(Session& session, const Property& property, const Arguments& words) {
+    Value value;
+    Outcome outcome = parseValue(property, words, &value);
+    if (outcome.ok()) outcome = changeOne(session, property, value);
+    return outcome.ok() ? show(session, property) : outcome;
 }
 
-ExitStatus effect(Session& session, const Arguments& arguments) {
+Outcome effect(Session& session, const Arguments& arguments) {
     const Property& effect = property("effect");
-    const ExitStatus status = arguments.empty() ? kDone : switchTo(session, effect, arguments[0]);
-    return status == kDone ? show(session, effect) : status;
+    if (arguments.empty()) return show(session, effect);
+    Value value;
+    Outcome outcome = switchedValue(session, effect, arguments[0], &value);
+    if (outcome.ok()) outcome = changeOne(session, effect, value);
+    return outcome.ok() ? show(session, effect) : outcome;
 }
 
-ExitStatus enable(Session& session, const Arguments&) {
+Outcome enable(Session& session, const Arguments&) {
     return setAndShow(session, property("effect"), {"on"});
 }
 
-ExitStatus disable(Session& session, const Arguments&) {
+Outcome disable(Session& session, const Arguments&) {
     return setAndShow(session, property("effect"), {"off"});
 }
 
 // A command that shows or sets the property of its own name.
 template <const char* kKey>
-ExitStatus showOrSet(Session& session, const Arguments& words) {
+Outcome showOrSet(Session& session, const Arguments& words) {
     return words.empty() ? show(session, property(kKey))
                          : setAndShow(session, property(kKey), words);
 }
@@ -108,89 +113,113 @@ ExitStatus showOrSet(Session& session, const Arguments& words) {
 constexpr char kStereo[] = "stereo";
 constexpr char kRoute[] = "route";
 constexpr char kLevels[] = "levels";
+constexpr char kAboutRoutes[] = "a route: speaker, lineout or bluetooth";
 
-ExitStatus showGroup(Session& session, const std::string& group) {
-    return print(session, [&group](const Property& property) {
-        return strncmp(property.key, group.c_str(), group.size()) == 0;
-    });
-}
-
-ExitStatus tuning(Session& session, const Arguments& arguments) {
+Outcome tuning(Session& session, const Arguments& arguments) {
     int32_t route = 0;
     if (!parseKnownRoute(arguments[0], &route)) {
-        return reportUsage("tuning", arguments[0], "a route: speaker, lineout or bluetooth");
+        return wrongUsage("tuning", arguments[0], kAboutRoutes);
     }
-    const Property& chosen = property((std::string("tuning.") + kRouteNames[route]).c_str());
+    const Property& chosen = property(std::string("tuning.") + kRouteNames[route]);
     return arguments.size() == 1 ? show(session, chosen)
                                  : setAndShow(session, chosen, {arguments[1]});
 }
 
-ExitStatus mask(Session& session, const Arguments& arguments) {
-    if (arguments.empty()) return showGroup(session, "mask.");
-    int32_t route = 0;
-    if (!parseRoute(arguments[0], &route)) {
-        return reportUsage("mask", arguments[0], "a route: speaker, lineout or bluetooth");
+Outcome mask(Session& session, const Arguments& arguments) {
+    if (arguments.empty()) {
+        return show(session,
+                    [](const Property& property) { return property.kind == Property::kMask; });
     }
-    if (!parseKnownRoute(arguments[0], &route)) return reportResult("mask", kZylKwoBadArgument);
-    return show(session, property((std::string("mask.") + kRouteNames[route]).c_str()));
+    int32_t route = 0;
+    if (!parseKnownRoute(arguments[0], &route)) {
+        return wrongUsage("mask", arguments[0], kAboutRoutes);
+    }
+    return show(session, property(std::string("mask.") + kRouteNames[route]));
 }
 
-ExitStatus version(Session& session, const Arguments&) {
-    return print(session, [](const Property& property) {
-        return property.key == std::string("version") || property.key == std::string("platform");
+Outcome version(Session& session, const Arguments&) {
+    return show(session, [](const Property& property) {
+        return property.key == "version" || property.key == "platform";
     });
 }
 
-ExitStatus reload(Session& session, const Arguments& arguments) {
+Outcome reload(Session& session, const Arguments& arguments) {
     bool on = false;
-    if (!arguments.empty() && !parseSwitch(arguments[0], &on))
-        return reportUsage("reload", arguments[0], "on or off");
-    const ExitStatus status = reportResult("reload", session.service().setReloadFlag(on));
-    if (status == kDone) printf("reloaded       forced mode %s\n", on ? "on" : "off");
-    return status;
+    if (!arguments.empty() && !parseSwitch(arguments[0], &on)) {
+        return wrongUsage("reload", arguments[0], "on or off");
+    }
+    Outcome outcome = resultOf("reload", session.service().setReloadFlag(on));
+    if (outcome.ok()) outcome = checkDsp(session);
+    if (!outcome.ok()) return outcome;
+    if (session.options.json) {
+        Json json;
+        print(json.open('{').name("reload").boolean(on).close());
+    } else {
+        printf("reloaded       forced mode %s\n", on ? "on" : "off");
+    }
+    return done();
 }
 
 constexpr char kStatusDetails[] =
         "Shows everything at a glance: the settings generation, the effect, its tunings or the\n"
         "identifiers of its tuning data, the equaliser, what clients share, and versions.\n";
-constexpr char kGetDetails[] = "Without a KEY, shows all.\n";
 constexpr char kSetDetails[] =
-        "Sets several properties, all or none: all are checked before the first is sent, and when\n"
-        "the service refuses one, those before it are taken back. Several numbers stand between\n"
-        "commas:\n"
-        "    kwoctl set stereo=2 tuning.lineout=1 geq=on gains=0dB,0dB,+3dB,0dB,0dB,0dB,0dB,0dB,"
-        "-1.5dB,0dB\n";
+        "Sets several properties, in any order, all or none: all are checked before the first is\n"
+        "sent, and when the service or the DSP refuses one, the others are taken back. Several\n"
+        "numbers stand between commas:\n"
+        "    kwoctl set stereo=2 tuning.lineout=1 geq=on gains.3=+1.5dB\n"
+        "--dry-run shows the steps and sends nothing.\n";
+constexpr char kCheckDetails[] =
+        "Afterwards it reads the DSP's blocks, as the service says done also when the DSP did not\n"
+        "follow. Each such look costs the service a block's worth of its address space until it\n"
+        "restarts; a script that switches often does without, by --no-check.\n";
 constexpr char kReloadDetails[] =
         "While forced mode is on, lineout and bluetooth have stereo mode 3 and cleared effect\n"
-        "parameters, whatever the settings say. The service does not tell whether it is on.\n";
+        "parameters, whatever the settings say. The service does not say whether it is on.\n";
+constexpr char kSharedDetails[] =
+        "Clients share this; the service does not act on it, and forgets it when it restarts.\n";
 
 }  // namespace
 
-const std::vector<Command> kSettingCommands = {
-        {"status", "", "show everything at a glance", kStatusDetails, 0, 0, Command::kService,
-         "--json", status},
-        {"get", "[KEY...]", "show properties by their keys", kGetDetails, 0, kAnyNumber,
-         Command::kService, "--json", get},
-        {"set", "KEY=VALUE...", "set several properties, all or none", kSetDetails, 1, kAnyNumber,
-         Command::kService, "--json", set},
-        {"effect", "[on|off|toggle]", "show or switch the effect", "", 0, 1, Command::kService,
-         "--json", effect},
-        {"enable", "", "switch the effect on", "", 0, 0, Command::kService, "--json", enable},
-        {"disable", "", "switch the effect off", "", 0, 0, Command::kService, "--json", disable},
-        {"stereo", "[1|2|3]", "show or set the stereo mode", "", 0, 1, Command::kService, "--json",
-         showOrSet<kStereo>},
-        {"tuning", "ROUTE [N]", "show or pick a route's tuning",
-         "N is the number of a tuning file. Only on devices with tuning numbers.\n", 1, 2,
-         Command::kService, "--json", tuning},
-        {"route", "[ROUTE]", "show or declare the active route",
-         "Clients share this value; the service does not act on it.\n", 0, 1, Command::kService,
-         "--json", showOrSet<kRoute>},
-        {"mask", "[ROUTE]", "show the output devices of each route", "", 0, 1, Command::kService,
-         "--json", mask},
-        {"levels", "[LEVEL...]", "show or set the ten shared levels",
-         "Clients share these values; the service does not act on them.\n", 0, kDbLevelCount,
-         Command::kService, "--json", showOrSet<kLevels>},
-        {"version", "", "show all versions", "", 0, 0, Command::kService, "--json", version},
-        {"reload", "[on|off]", "rebuild all blocks, with or without forced mode", kReloadDetails, 0,
-         1, Command::kService, "", reload},
-};
+const CommandTable& settingCommands() {
+    static const CommandTable table = {
+            command("status", "", "show everything at a glance", statusOf)
+                    .explained(kStatusDetails),
+            command("get", "[KEY...]", "show properties by their keys", get)
+                    .takes(0, kAnyNumberOfArguments)
+                    .explained("Without a KEY, shows all.\n"),
+            command("set", "KEY=VALUE...", "set several properties, all or none", set)
+                    .takes(1, kAnyNumberOfArguments)
+                    .with(Command::kDryRun | Command::kNoCheck)
+                    .explained(kSetDetails),
+            command("effect", "[on|off|toggle]", "show or switch the effect", effect)
+                    .takes(0, 1)
+                    .with(Command::kNoCheck)
+                    .explained(kCheckDetails),
+            command("enable", "", "switch the effect on", enable)
+                    .with(Command::kNoCheck)
+                    .explained(kCheckDetails),
+            command("disable", "", "switch the effect off", disable)
+                    .with(Command::kNoCheck)
+                    .explained(kCheckDetails),
+            command("stereo", "[1|2|3]", "show or set the stereo mode", showOrSet<kStereo>)
+                    .takes(0, kAnyNumberOfArguments),
+            command("tuning", "ROUTE [N]", "show or pick a route's tuning", tuning)
+                    .takes(1, 2)
+                    .explained("N is the number of a tuning file. Only on devices with tuning "
+                               "numbers.\n"),
+            command("route", "[ROUTE]", "show or declare the active route", showOrSet<kRoute>)
+                    .takes(0, 1)
+                    .explained(kSharedDetails),
+            command("mask", "[ROUTE]", "show the output devices of each route", mask).takes(0, 1),
+            command("levels", "[LEVEL...]", "show or set the ten shared levels", showOrSet<kLevels>)
+                    .takes(0, kAnyNumberOfArguments)
+                    .explained(kSharedDetails),
+            command("version", "", "show all versions", version),
+            command("reload", "[on|off]", "rebuild all blocks, with or without forced mode", reload)
+                    .takes(0, 1)
+                    .with(Command::kNoCheck)
+                    .explained(std::string(kReloadDetails) + kCheckDetails),
+    };
+    return table;
+}

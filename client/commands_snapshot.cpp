@@ -1,146 +1,155 @@
-// All that a user can set, as readable text: a key and its value a line, # before remarks.
+// Snapshots, presets, which are snapshots with a name, and what two of them differ in.
 
-#include <algorithm>
+#include <unistd.h>
 
-#include "client/changes.h"
-#include "client/command.h"
+#include <cerrno>
+#include <cstring>
+
+#include "client/change.h"
+#include "client/console.h"
+#include "client/library/files.h"
+#include "client/library/parse.h"
+#include "client/library/snapshot.h"
 #include "client/parameters.h"
-#include "client/parse.h"
 
 namespace {
 
-struct Snapshot {
-    std::string generation;  // empty when the text does not say
-    std::vector<Change> changes;
-};
-
-ExitStatus parseLine(const std::string& where, const Arguments& words, Snapshot* snapshot) {
-    const Arguments values(words.begin() + 1, words.end());
-    if (words[0] == "generation" && values.size() == 1) {
-        snapshot->generation = values[0];
-        return kDone;
+// {"preset":"night"}, or a line for people.
+void printDone(const Session& session, const char* name, const std::string& value,
+               const std::string& line) {
+    if (session.options.json) {
+        Json json;
+        print(json.open('{').name(name).text(value).close());
+    } else {
+        printf("%s\n", line.c_str());
     }
-    const Property* property = findProperty(words[0]);
-    if (property == nullptr || property->set == nullptr) {
-        return reportRefusal(where, "'" + words[0] + "' is nothing that can be set");
-    }
-    for (const Change& change : snapshot->changes) {
-        if (change.property == property) return reportRefusal(where, words[0] + " comes twice");
-    }
-    Value value;
-    const ExitStatus status = parseValue(*property, values, &value);
-    if (status != kDone) return reportRefusal(where, "nothing is restored from this");
-    snapshot->changes.push_back({property, value});
-    return kDone;
 }
 
-ExitStatus parseSnapshot(const std::string& name, const Bytes& bytes, Snapshot* snapshot) {
-    if (std::find(bytes.begin(), bytes.end(), 0) != bytes.end()) {
-        return reportRefusal(name, "no snapshot: it is not text");
-    }
-    size_t number = 0;
-    for (auto start = bytes.begin(); start != bytes.end();) {
-        const auto end = std::find(start, bytes.end(), '\n');
-        const Arguments words = splitWords(std::string(start, end));
-        start = end == bytes.end() ? end : end + 1;
-        ++number;
-        if (words.empty() || words[0][0] == '#') continue;
-        const ExitStatus status =
-                parseLine(format("%s:%zu", name.c_str(), number), words, snapshot);
-        if (status != kDone) return status;
-    }
-    if (snapshot->changes.empty()) return reportRefusal(name, "no snapshot: it sets nothing");
-    return kDone;
+Outcome takeSnapshot(Session& session, std::string* text) {
+    State state;
+    const Outcome outcome = readState(session, everything, &state);
+    *text = formatSnapshot(state);
+    return outcome;
 }
 
-ExitStatus snapshot(Session& session, const Arguments& arguments) {
-    ExitStatus status = kDone;
-    const std::vector<Reading> readings = readAll(
-            session, [](const Property&) { return true; }, &status);
-    if (status != kDone) return status;
-    bool effect = true;
-    for (const Reading& reading : readings) {
-        if (reading.property == &property("effect")) effect = reading.value.on();
+Outcome snapshot(Session& session, const Arguments& arguments) {
+    std::string text;
+    Outcome outcome = takeSnapshot(session, &text);
+    if (outcome.ok()) outcome = writeFile(arguments[0], text.data(), text.size());
+    if (!outcome.ok()) return outcome;
+    if (isStandardStream(arguments[0])) {
+        printAbout(arguments[0], "snapshot       to " + arguments[0]);
+    } else {
+        printDone(session, "snapshot", arguments[0], "snapshot       to " + arguments[0]);
     }
-    std::string text = "# What kwoctl restore sets; a remark is not restored.\n";
-    for (const Reading& reading : readings) {
-        const Property& property = *reading.property;
-        const bool told = effect || property.key != std::string("geq");
-        const bool kept = property.set != nullptr || property.key == std::string("generation");
-        text += kept && told ? "" : "# ";
-        text += std::string(property.key) + " " +
-                (told ? formatValue(property, reading.value)
-                      : "is not told while the effect is off");
-        text += "\n";
-    }
-    status = writeFile(arguments[0], text.data(), text.size());
-    if (status == kDone) printAbout(arguments[0], "snapshot       to " + arguments[0]);
-    return status;
+    return done();
 }
 
-ExitStatus restore(Session& session, const Arguments& arguments) {
-    Bytes bytes;
-    Snapshot snapshot;
-    ExitStatus status = readFile(arguments[0], &bytes);
-    if (status == kDone) status = parseSnapshot(arguments[0], bytes, &snapshot);
-    Value generation;
-    if (status == kDone) status = readValue(session, property("generation"), &generation);
-    if (status != kDone) return status;
-    if (!snapshot.generation.empty() && snapshot.generation != generation.text) {
-        return reportRefusal(arguments[0], "taken on a device of generation " +
-                                                   snapshot.generation + ", this one is " +
-                                                   generation.text);
+Outcome apply(Session& session, const char* what, const std::string& name, const Wanted& wanted) {
+    std::vector<Transition> transitions;
+    const Outcome outcome = change(session, wanted, &transitions);
+    if (!outcome.ok() || session.options.dryRun) return outcome;
+    const size_t count = transitions.size();
+    if (session.options.json) {
+        Json json;
+        json.open('{').name(what).text(name).name("changes");
+        addToJson(json, transitions);
+        print(json.name("steps").number(static_cast<double>(count)).close());
+        return done();
     }
-    std::vector<Change> plan;
-    status = planChanges(session, snapshot.changes, &plan);
-    if (status == kDone) status = applyChanges(session, plan, true);
-    if (status != kDone) return status;
-    printf("restored       %s, %zu step%s\n", arguments[0].c_str(), plan.size(),
-           plan.size() == 1 ? "" : "s");
-    return kDone;
+    printf("%-14s %s, %zu change%s\n", what, name.c_str(), count, count == 1 ? "" : "s");
+    return done();
 }
 
-std::string valueIn(const Snapshot& snapshot, const Property& property) {
-    for (const Change& change : snapshot.changes) {
-        if (change.property == &property) return formatValue(property, change.value);
-    }
-    return "(not there)";
+Outcome restore(Session& session, const Arguments& arguments) {
+    Wanted wanted;
+    const Outcome outcome = wantSnapshot(session, arguments[0], &wanted);
+    return outcome.ok() ? apply(session, "restored", arguments[0], wanted) : outcome;
 }
 
-ExitStatus diffSnapshots(const Arguments& names, const Bytes& first, const Bytes& second) {
-    Snapshot left;
-    Snapshot right;
-    ExitStatus status = parseSnapshot(names[0], first, &left);
-    if (status == kDone) status = parseSnapshot(names[1], second, &right);
-    if (status != kDone) return status;
-    if (left.generation != right.generation) {
-        status = kRefused;
-        printf("%-17s %s -> %s\n", "generation", left.generation.c_str(), right.generation.c_str());
+Outcome listPresets(const Session& session) {
+    std::string file;
+    Json json;
+    json.open('[');
+    const std::string directory = storageDirectory() + "presets/";
+    for (const std::string& name : namesIn(directory)) {
+        if (!presetFile(name, &file).ok()) continue;
+        const int64_t time = timeOfFile(file);
+        json.open('{').name("name").text(name).name("time").text(timeText(time)).close();
+        if (!session.options.json) {
+            printf("%-20s saved %s\n", name.c_str(), readableTime(time).c_str());
+        }
     }
-    for (const Property& property : kProperties) {
-        const std::string before = valueIn(left, property);
-        const std::string after = valueIn(right, property);
-        if (before == after) continue;
-        status = kRefused;
-        printf("%-17s %s -> %s\n", property.key, before.c_str(), after.c_str());
-    }
-    return status;
+    if (session.options.json) print(json.close());
+    return done();
 }
 
-ExitStatus diff(Session&, const Arguments& names) {
+Outcome savePreset(Session& session, const std::string& name, const std::string& file) {
+    std::string text;
+    Outcome outcome = session.connect(session.options.waitSeconds);
+    if (outcome.ok()) outcome = takeSnapshot(session, &text);
+    if (outcome.ok()) outcome = makeStorage("presets/");
+    if (outcome.ok()) outcome = replaceFile(file, text);
+    if (outcome.ok()) printDone(session, "preset", name, "preset         " + name + " saved");
+    return outcome;
+}
+
+Outcome preset(Session& session, const Arguments& arguments) {
+    const std::string verb = lowerCase(arguments[0]);
+    if (verb == "list" && arguments.size() == 1) return listPresets(session);
+    std::string file;
+    if (arguments.size() != 2 || (verb != "save" && verb != "load" && verb != "remove")) {
+        return wrongUsage("preset", joinWords(arguments),
+                          "list, save NAME, load NAME or remove NAME");
+    }
+    const std::string& name = arguments[1];
+    Outcome outcome = presetFile(name, &file);
+    if (!outcome.ok()) return outcome;
+    if (verb == "save") return savePreset(session, name, file);
+    if (verb == "load") {
+        Wanted wanted;
+        outcome = session.connect(session.options.waitSeconds);
+        if (outcome.ok()) outcome = wantPreset(session, name, &wanted);
+        return outcome.ok() ? apply(session, "preset", name, wanted) : outcome;
+    }
+    if (unlink(file.c_str()) != 0) return refusal("preset", name + ": " + strerror(errno));
+    printDone(session, "preset", name, "preset         " + name + " removed");
+    return done();
+}
+
+Outcome diffBlocks(const Session& session, const Bytes& first, const Bytes& second) {
+    const std::vector<Difference> differences = compareBlocks(first, second);
+    if (session.options.json) {
+        Json json;
+        addToJson(json, differences, "first", "second");
+        print(json);
+    } else {
+        printDifferences(differences, "first", "second");
+    }
+    return differences.empty() ? done() : differs();
+}
+
+bool isBlock(const std::string& name, Bytes* bytes) {
+    return name != "now" && !isStandardStream(name) && access(name.c_str(), F_OK) == 0 &&
+           readFile(name, bytes).ok() && bytes->size() == blockSize();
+}
+
+Outcome diff(Session& session, const Arguments& names) {
     Bytes first;
     Bytes second;
-    ExitStatus status = readFile(names[0], &first);
-    if (status == kDone) status = readFile(names[1], &second);
-    if (status != kDone) return status;
-    const bool firstIsBlock = first.size() == blockSize();
-    if (firstIsBlock != (second.size() == blockSize())) {
-        return reportRefusal("diff", "one is a block and the other is not; give two of a kind");
+    const bool firstIsBlock = isBlock(names[0], &first);
+    if (firstIsBlock != isBlock(names[1], &second)) {
+        return refusal("diff", "one is a block and the other is not", "give two of a kind");
     }
-    if (!firstIsBlock) return diffSnapshots(names, first, second);
-    const std::vector<Difference> differences = compareBlocks(first, second);
-    printDifferences(differences, "first", "second");
-    return differences.empty() ? kDone : kRefused;
+    if (firstIsBlock) return diffBlocks(session, first, second);
+    Snapshot left;
+    Snapshot right;
+    Outcome outcome = readSnapshot(session, names[0], &left);
+    if (outcome.ok()) outcome = readSnapshot(session, names[1], &right);
+    if (!outcome.ok()) return outcome;
+    const std::vector<Transition> transitions = compareStates(stateOf(left), stateOf(right));
+    printTransitions(session, transitions);
+    return transitions.empty() ? done() : differs();
 }
 
 constexpr char kSnapshotDetails[] =
@@ -148,16 +157,39 @@ constexpr char kSnapshotDetails[] =
         "are remarks: the service does not give the data back.\n";
 constexpr char kRestoreDetails[] =
         "Sets what differs from the snapshot, all or none. To set gains it switches effect and\n"
-        "equaliser on for a moment, if they are off.\n";
+        "equaliser on for a moment, if they are off. --dry-run shows the steps and sends nothing.\n"
+        "When the service restarts in the middle, it is looked up again and the work is "
+        "finished.\n";
+constexpr char kPresetDetails[] =
+        "Presets are snapshots with a name, kept in $KWOCTL_DIR or /data/local/tmp/kwoctl.UID. "
+        "load\n"
+        "works like restore.\n";
+constexpr char kDiffDetails[] =
+        "A and B are files, names of presets, or now, which is what the device holds; two files "
+        "of\n"
+        "blocks are compared parameter by parameter. Exit status 1 when they differ.\n";
 
 }  // namespace
 
-const std::vector<Command> kSnapshotCommands = {
-        {"snapshot", "FILE", "save all that a user can set", kSnapshotDetails, 1, 1,
-         Command::kService, "", snapshot},
-        {"restore", "FILE", "set what a snapshot holds, all or none", kRestoreDetails, 1, 1,
-         Command::kService, "", restore},
-        {"diff", "A B", "compare two snapshots or two block files",
-         "Exit status 1 when they differ. It needs no service.\n", 2, 2, Command::kNothing, "",
-         diff},
-};
+const CommandTable& snapshotCommands() {
+    static const CommandTable table = {
+            command("snapshot", "FILE", "save all that a user can set", snapshot)
+                    .takes(1, 1)
+                    .explained(kSnapshotDetails),
+            command("restore", "FILE", "set what a snapshot holds, all or none", restore)
+                    .takes(1, 1)
+                    .with(Command::kDryRun | Command::kNoCheck)
+                    .explained(kRestoreDetails),
+            command("preset", "list", "show the presets", preset)
+                    .takes(1, 2)
+                    .with(Command::kDryRun | Command::kNoCheck)
+                    .withoutService()
+                    .explained(kPresetDetails),
+            also("save|load|remove NAME", "save what is set under a name, and so on"),
+            command("diff", "A B", "compare snapshots, presets, the device, or blocks", diff)
+                    .takes(2, 2)
+                    .withoutService()
+                    .explained(kDiffDetails),
+    };
+    return table;
+}

@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "client/changes.h"
-#include "client/command.h"
-#include "client/files.h"
-#include "client/parse.h"
+#include "client/change.h"
+#include "client/console.h"
+#include "client/library/files.h"
+#include "client/library/parse.h"
 
 namespace {
 
@@ -64,106 +64,119 @@ struct Upload {
     std::vector<uint8_t> data;
 };
 
-ExitStatus showNames(Session& session) {
-    ExitStatus status = kDone;
-    const std::vector<Reading> readings = readAll(
+Outcome showNames(Session& session) {
+    State state;
+    const Outcome outcome = readState(
             session,
-            [](const Property& property) { return strncmp(property.key, "data.", 5) == 0; },
-            &status);
-    if (status != kDone) return status;
-    if (readings.empty()) return reportResult("tune names", kZylKwoNotAvailable);
-    Json json;
-    json.open('{');
-    addToJson(json, readings);
+            [](const Property& property) { return property.key.compare(0, 5, "data.") == 0; },
+            &state);
+    if (!outcome.ok()) return outcome;
+    if (state.empty()) return resultOf("tune names", kZylKwoNotAvailable);
     if (session.options.json) {
-        json.close().print();
-        return kDone;
+        Json json;
+        json.open('{');
+        addToJson(json, state);
+        print(json.close());
+        return done();
     }
-    for (const Reading& reading : readings) {
-        printf("%s%s\n", reading.property->part, reading.value.text.c_str());
+    for (const Reading& reading : state) {
+        printf("%s%s\n", reading.property->part.c_str(), reading.value.text.c_str());
     }
-    return kDone;
+    return done();
 }
 
 // Takes the words of one upload off the arguments, from `next` on.
-ExitStatus parseUpload(const Arguments& arguments, size_t* next, Upload* upload) {
+Outcome parseUpload(const Arguments& arguments, size_t* next, Upload* upload) {
     const std::string& word = arguments[*next];
     for (const Kind& kind : kKinds) {
         if (word != kind.name) continue;
         const size_t words = kind.selector == nullptr ? 2 : 3;
         if (arguments.size() - *next < words) break;
-        if (kind.selector != nullptr) {
-            if (!parseRoute(arguments[*next + 1], &upload->selector)) {
-                return reportUsage("tune", arguments[*next + 1], kind.selector);
-            }
+        if (kind.selector != nullptr && !parseRoute(arguments[*next + 1], &upload->selector)) {
+            return wrongUsage("tune", arguments[*next + 1], kind.selector);
         }
         upload->kind = &kind;
         upload->file = arguments[*next + words - 1];
         *next += words;
-        return kDone;
+        return done();
     }
-    return reportUsage("tune", word,
-                       "names, speaker FILE, second-speaker FILE, accessory ROUTE FILE, "
-                       "stereo-room INDEX FILE or multichannel-room FILE");
+    return wrongUsage("tune", word,
+                      "names, speaker FILE, second-speaker FILE, accessory ROUTE FILE, "
+                      "stereo-room INDEX FILE or multichannel-room FILE");
 }
 
-ExitStatus readUpload(Upload& upload) {
-    const ExitStatus status = readFile(upload.file, &upload.data);
-    if (status != kDone || hasIdentifier(upload.data)) return status;
-    return reportRefusal(upload.file,
-                         "no tuning data: it must begin with an identifier of 1 to 36 characters "
-                         "and a NUL");
+Outcome readUpload(Upload& upload) {
+    const Outcome outcome = readFile(upload.file, &upload.data);
+    if (!outcome.ok() || hasIdentifier(upload.data)) return outcome;
+    return refusal(upload.file,
+                   "no tuning data: it must begin with an identifier of 1 to 36 characters and a "
+                   "NUL");
 }
 
-ExitStatus tune(Session& session, const Arguments& arguments) {
+Outcome tune(Session& session, const Arguments& arguments) {
     if (arguments == Arguments{"names"}) return showNames(session);
     std::vector<Upload> uploads;
     for (size_t next = 0; next < arguments.size();) {
         Upload upload = {};
-        ExitStatus status = parseUpload(arguments, &next, &upload);
-        if (status == kDone) status = readUpload(upload);
-        if (status != kDone) return status;
+        Outcome outcome = parseUpload(arguments, &next, &upload);
+        if (outcome.ok()) outcome = readUpload(upload);
+        if (!outcome.ok()) return outcome;
         uploads.push_back(upload);
     }
     for (size_t i = 0; i < uploads.size(); ++i) {
         const Upload& upload = uploads[i];
-        showProgress(i + 1, uploads.size(), upload.file);
-        std::vector<uint8_t> work(static_cast<size_t>(std::max(session.options.workSize, 0)));
+        if (!session.options.json) showProgress(i + 1, uploads.size(), upload.file);
+        std::vector<uint8_t> work(static_cast<size_t>(session.options.workSize));
         const int32_t result =
                 upload.kind->set(session.service(), upload.selector, upload.data, work);
-        showProgress(0, 0, "");
-        const ExitStatus status = reportResult("tune", result);
-        if (status != kDone) return status;
+        if (!session.options.json) showProgress(0, 0, "");
+        Outcome outcome = resultOf("tune", result);
+        if (!outcome.ok()) {
+            for (size_t k = 0; k < i; ++k) {
+                outcome.holds.push_back(std::string(uploads[k].kind->name) + " is uploaded");
+            }
+            return outcome;
+        }
         if (session.options.json) continue;
         printf("%-20s %s\n", upload.kind->name, reinterpret_cast<const char*>(upload.data.data()));
     }
-    return session.options.json ? showNames(session) : kDone;
+    return session.options.json ? showNames(session) : done();
 }
 
-ExitStatus listeningTest(Session& session, const Arguments& arguments) {
+Outcome listeningTest(Session& session, const Arguments& arguments) {
     const Property& test = property("listening-test");
     if (arguments.empty()) return show(session, test);
-    if (arguments != Arguments{"reset"}) return setAndShow(session, test, arguments);
-    const ExitStatus status =
-            reportResult("listening-test", session.service().resetListeningTestResult());
-    return status == kDone ? show(session, test) : status;
+    Value value;
+    const bool reset = arguments.size() == 1 && lowerCase(arguments[0]) == "reset";
+    Outcome outcome =
+            parseValue(test, reset ? Arguments{"-1", "-1", "-1", "-1"} : arguments, &value);
+    if (outcome.ok()) outcome = changeOne(session, test, value);
+    return outcome.ok() ? show(session, test) : outcome;
 }
 
 constexpr char kDetails[] =
         "KIND is speaker, second-speaker, accessory ROUTE, stereo-room INDEX (1 lineout's, 2\n"
         "bluetooth's) or multichannel-room. Several may follow one another; all files are read "
         "and\n"
-        "checked before the first is sent, but an upload that was made is not taken back. --work\n"
-        "gives the size of the conversion library's work area. Only on devices without tuning\n"
-        "numbers.\n";
+        "checked before the first is sent, but an upload that was made is not taken back, and "
+        "undo\n"
+        "does not know of it. --work BYTES gives the size of the conversion library's work area.\n"
+        "Only on devices without tuning numbers.\n";
 
 }  // namespace
 
-const std::vector<Command> kTuningCommands = {
-        {"tune", "KIND FILE...", "upload tuning data", kDetails, 1, kAnyNumber, Command::kService,
-         "--json --work", tune},
-        {"", "names", "show what was uploaded", "", 0, 0, Command::kService, "", nullptr},
-        {"listening-test", "[A B C D|reset]", "show, set or reset the listening test",
-         "Only on devices without tuning numbers. -1 -1 -1 -1 stands for none.\n", 0, 4,
-         Command::kService, "--json", listeningTest},
-};
+const CommandTable& tuningCommands() {
+    static const CommandTable table = {
+            command("tune", "KIND FILE...", "upload tuning data", tune)
+                    .takes(1, kAnyNumberOfArguments)
+                    .with(Command::kWork)
+                    .explained(kDetails),
+            also("names", "show what was uploaded"),
+            command("listening-test", "[A B C D|reset]", "show, set or reset the listening test",
+                    listeningTest)
+                    .takes(0, kAnyNumberOfArguments)
+                    .explained("Only on devices without tuning numbers. -1 -1 -1 -1 stands for "
+                               "none.\n"),
+    };
+    return table;
+}

@@ -4,8 +4,9 @@
 
 #include <algorithm>
 
-#include "client/parse.h"
-#include "client/properties.h"
+#include "client/library/parse.h"
+#include "client/library/state.h"
+#include "client/library/tunings.h"
 
 namespace {
 
@@ -80,24 +81,25 @@ void putEffect(Overlay& overlay, bool on) {
     putParameter(overlay, kRowEffect4, secondPair);
 }
 
-ExitStatus tuningFile(Session& session, int32_t number, bool on, std::string* file) {
+Outcome findFile(Connection& connection, int32_t number, bool on, std::string* file) {
     const std::string route = kRouteNames[number];
     Value generation;
-    ExitStatus status = readValue(session, property("generation"), &generation);
-    if (status != kDone) return status;
-    if (generation.text == "none") return reportResult("verify", kZylKwoNotAvailable);
+    Outcome status = readValue(connection, property("generation"), &generation);
+    if (!status.ok()) return status;
+    if (generation.text == "none") return resultOf("verify", kZylKwoNotAvailable);
     if (generation.text == "maldor") {
         *file = "/data/misc/zyl/current_" + route;
         if (number == kSpeaker) *file += on ? "_on" : "_off";
-        return kDone;
+        return done();
     }
     if (number == kSpeaker && !on) {
         *file = "/etc/zyl/speaker_off";
-        return kDone;
+        return done();
     }
     Value tuning;
-    status = readValue(session, property(("tuning." + route).c_str()), &tuning);
-    *file = "/etc/zyl/" + route + format("_%.0f", tuning.numbers[0]);
+    status = readValue(connection, property("tuning." + route), &tuning);
+    if (!status.ok()) return status;
+    *file = tuningFile(number, static_cast<int32_t>(tuning.numbers[0]));
     // Not every device comes with this one; the service then falls back.
     const char* const optional = "/etc/zyl/lineout_3";
     if (number == kLineout && *file == optional && access(optional, R_OK) != 0) {
@@ -106,14 +108,14 @@ ExitStatus tuningFile(Session& session, int32_t number, bool on, std::string* fi
     return status;
 }
 
-ExitStatus layOver(Session& session, int32_t number, bool on, Overlay& overlay) {
+Outcome layOver(Connection& connection, int32_t number, bool on, Overlay& overlay) {
     Value stereo;
     Value gains;
     Value equaliser;
-    ExitStatus status = readValue(session, property("stereo"), &stereo);
-    if (status == kDone) status = readValue(session, property("gains"), &gains);
-    if (status == kDone) status = readValue(session, property("geq"), &equaliser);
-    if (status != kDone) return status;
+    Outcome status = readValue(connection, property("stereo"), &stereo);
+    if (status.ok()) status = readValue(connection, property("gains"), &gains);
+    if (status.ok()) status = readValue(connection, property("geq"), &equaliser);
+    if (!status.ok()) return status;
     // The speaker's tuning files carry effect and stereo mode themselves.
     if (number != kSpeaker) {
         putEffect(overlay, on);
@@ -126,28 +128,7 @@ ExitStatus layOver(Session& session, int32_t number, bool on, Overlay& overlay) 
         putParameter(overlay, kRowFirstGain + band, static_cast<uint32_t>(gains.numbers[band]),
                      sizeof(uint16_t));
     }
-    return kDone;
-}
-
-}  // namespace
-
-ExitStatus expectBlock(Session& session, int32_t number, const Bytes& found, Expected* expected) {
-    Value enabled;
-    ExitStatus status = readValue(session, property("effect"), &enabled);
-    if (status == kDone) status = tuningFile(session, number, enabled.on(), &expected->file);
-    if (status == kDone) status = readFile(expected->file, &expected->block);
-    if (status != kDone) return status;
-    if (expected->block.size() < found.size()) {
-        return reportRefusal(expected->file, "shorter than a block; replace it by a whole one");
-    }
-    expected->block.resize(found.size());
-    Overlay overlay(expected->block, found);
-    status = layOver(session, number, enabled.on(), overlay);
-    if (status != kDone || enabled.on()) return status;
-    const Parameter& equaliser = parameters()[kRowEqualiser];
-    overlay.put(equaliser.offset, wordAt(found, equaliser.offset, sizeof(uint32_t)));
-    expected->unknown = equaliser.name + ": not checked while the effect is off";
-    return kDone;
+    return done();
 }
 
 bool looksForced(const Bytes& block) {
@@ -157,6 +138,72 @@ bool looksForced(const Bytes& block) {
     if (word(kRowStereo) != kForcedStereoMode) return false;
     for (size_t row = kRowFirstForced; row < kRowEndForced; ++row) {
         if (word(row) != 0) return false;
+    }
+    return true;
+}
+
+// As forced mode leaves a block, whatever the settings say.
+void layForcedOver(Bytes& block, const Bytes& found) {
+    Overlay overlay(block, found);
+    putParameter(overlay, kRowStereo, kForcedStereoMode);
+    for (size_t row = kRowFirstForced; row < kRowEndForced; ++row) {
+        const Parameter& parameter = parameters()[row];
+        if (!parameter.within(block)) continue;
+        std::fill_n(block.begin() + static_cast<ptrdiff_t>(parameter.offset), parameter.size,
+                    uint8_t{0});
+    }
+}
+
+}  // namespace
+
+Outcome expectBlock(Connection& connection, int32_t number, const Bytes& found,
+                    Expected* expected) {
+    Value enabled;
+    Outcome status = readValue(connection, property("effect"), &enabled);
+    if (status.ok()) status = findFile(connection, number, enabled.on(), &expected->file);
+    if (status.ok()) status = readFile(expected->file, &expected->block);
+    if (!status.ok()) return status;
+    if (expected->block.size() < found.size()) {
+        return refusal(expected->file, "shorter than a block", "replace it by a whole one");
+    }
+    expected->block.resize(found.size());
+    Overlay overlay(expected->block, found);
+    status = layOver(connection, number, enabled.on(), overlay);
+    if (!status.ok() || enabled.on()) return status;
+    const Parameter& equaliser = parameters()[kRowEqualiser];
+    overlay.put(equaliser.offset, wordAt(found, equaliser.offset, sizeof(uint32_t)));
+    expected->unknown = equaliser.name + ": not checked while the effect is off";
+    return done();
+}
+
+Outcome examineBlock(Connection& connection, int32_t number, Verdict* verdict) {
+    Bytes found;
+    verdict->number = number;
+    verdict->forced = false;
+    Outcome status = resultOf(kRouteNames[number], connection.fetchBlock(number, &found));
+    if (!status.ok()) return status;
+    if (found.size() != blockSize()) {
+        return refusal(kRouteNames[number],
+                       "the service's blocks are of another size than the layout");
+    }
+    status = expectBlock(connection, number, found, &verdict->expected);
+    if (!status.ok()) return status;
+    verdict->differences = compareBlocks(verdict->expected.block, found);
+    verdict->forced = number != kSpeaker && !verdict->differences.empty() && looksForced(found);
+    if (!verdict->forced) return done();
+    layForcedOver(verdict->expected.block, found);
+    verdict->differences = compareBlocks(verdict->expected.block, found);
+    return done();
+}
+
+bool followsEffect(Connection& connection, int32_t number, const Bytes& found) {
+    Expected expected;
+    if (found.size() != blockSize() || !expectBlock(connection, number, found, &expected).ok()) {
+        return true;
+    }
+    for (const Difference& difference : compareBlocks(expected.block, found)) {
+        // The effect of the speaker is a matter of its whole tuning file, which was just loaded.
+        if (number == kSpeaker || difference.name.compare(0, 7, "effect-") == 0) return false;
     }
     return true;
 }

@@ -1,188 +1,101 @@
 // kwoctl: the audio-effect service from the command line.
 
-#include <unistd.h>
-
-#include <cstdlib>
-#include <cstring>
-
 #include "client/command.h"
-#include "client/errors.h"
-#include "client/parse.h"
-#include "client/properties.h"
+#include "client/console.h"
+#include "client/help.h"
+#include "client/library/parse.h"
+#include "client/library/recorded.h"
+#include "client/options.h"
 
 namespace {
 
-constexpr char kVersion[] = "1.0";
+constexpr char kVersion[] = "2.0";
 
-constexpr char kHelpEnd[] =
-        "\n"
-        "Options:\n"
-        "  --json          print what is read as JSON\n"
-        "  --wait SECONDS  wait until the service is there\n"
-        "  --color WHEN    bars and colours: always, never, or auto, on a terminal\n"
-        "  --work BYTES    tune: the size of the conversion library's work area\n"
-        "  --help, --version\n"
-        "\n"
-        "ROUTE is speaker, lineout or bluetooth. GAIN is 725 to 32767, or decibels such as +3dB "
-        "or\n"
-        "-1.5dB. FILE may be - for standard input or output. kwoctl help COMMAND tells more.\n"
-        "Exit status: 0 done, 1 refused or different, 2 wrong usage, 3 no service.\n";
-
-struct Given {
-    Options options;
-    Arguments words;
-    bool help = false;
-    bool version = false;
-};
-
-bool showsColours() {
-    const char* terminal = getenv("TERM");
-    return getenv("NO_COLOR") == nullptr && terminal != nullptr && strcmp(terminal, "dumb") != 0 &&
-           strncmp(terminal, "vt1", 3) != 0;
+// A guard has no terminal, and nobody who reads what it says. It waits as long as a phone may take
+// to get its service back.
+ExitStatus guard() {
+    constexpr double kPatience = 600;
+    Connection connection;
+    HistoryEntry ended;
+    return recoverTrial(connection, FileLock::kWait, kPatience, &ended).status;
 }
 
-ExitStatus setColour(Options& options, const std::string& when) {
-    if (when != "always" && when != "never" && when != "auto") {
-        return reportUsage("--color", when, "always, never or auto");
+Outcome checkUsage(const Command& command, const Given& given) {
+    const size_t count = given.words.size() - 1;
+    if (count < command.fewest || count > command.most) {
+        Outcome outcome = wrongUsage(command.name, "", "");
+        outcome.why = trim("usage: kwoctl " + command.name + " " + command.arguments);
+        return outcome;
     }
-    const bool terminal = isatty(STDOUT_FILENO) != 0;
-    options.bars = when == "always" || (when == "auto" && terminal);
-    options.colour = when == "always" || (options.bars && showsColours());
-    return kDone;
+    const unsigned refused = given.commandOptions & ~command.options;
+    if (refused == 0) return done();
+    return wrongUsage(command.name, namesOf(refused), "an option of this command");
 }
 
-ExitStatus takeValue(Options& options, const std::string& option, const std::string& value) {
-    if (option == "--color") return setColour(options, value);
-    if (option == "--wait") {
-        double seconds = 0;
-        if (!parseReal(value, &seconds) || seconds < 0) {
-            return reportUsage(option, value, "a number of seconds");
-        }
-        options.waitSeconds = seconds;
-        return kDone;
-    }
-    int32_t bytes = 0;
-    if (!parseNumber(value, &bytes) || bytes < 0) {
-        return reportUsage(option, value, "a number of bytes");
-    }
-    options.workSize = bytes;
-    return kDone;
+// A trial whose process was killed together with its guard, by a reboot for instance, is ended by
+// the next that comes along.
+Outcome endForgottenTrial(Session& session) {
+    HistoryEntry ended;
+    const Outcome outcome = recoverTrial(session, FileLock::kTry, session.patience(), &ended);
+    if (ended.number == 0 || !outcome.ok()) return outcome;
+    warn(session.options, "try",
+         "the trial of " + readableTime(ended.time) + " was cut off; " +
+                 (ended.state == HistoryEntry::kKeep ? "it is kept" : "it is taken back"));
+    return done();
 }
 
-// Options may stand anywhere; behind "--" nothing is an option. A negative number is none.
-ExitStatus takeArguments(const Arguments& words, Given* given) {
-    setColour(given->options, "auto");
-    for (size_t i = 0; i < words.size(); ++i) {
-        const std::string& word = words[i];
-        if (word == "--") {
-            given->words.insert(given->words.end(), words.begin() + static_cast<ptrdiff_t>(i) + 1,
-                                words.end());
-            return kDone;
-        }
-        if (word.compare(0, 2, "--") != 0) {
-            given->words.push_back(word);
-        } else if (word == "--json") {
-            given->options.json = true;
-        } else if (word == "--help") {
-            given->help = true;
-        } else if (word == "--version") {
-            given->version = true;
-        } else if (word == "--wait" || word == "--color" || word == "--work") {
-            if (++i == words.size()) return reportUsage(word, word, "followed by its value");
-            const ExitStatus status = takeValue(given->options, word, words[i]);
-            if (status != kDone) return status;
-        } else {
-            return reportUsage(word, word, "an option; see kwoctl help");
-        }
+Outcome run(const Command& command, Session& session, const Arguments& arguments) {
+    Outcome outcome = findBands(session.options.bands, &session.bands);
+    if (!outcome.ok() && !session.options.bands.empty()) return outcome;
+    // The maker's mistake is no reason to do nothing at all.
+    if (!outcome.ok()) warn(session.options, outcome.what, outcome.why);
+    outcome = done();
+    if (command.needs == Command::kService) {
+        outcome = session.connect(session.options.waitSeconds);
+        if (outcome.ok()) outcome = endForgottenTrial(session);
     }
-    return kDone;
+    if (outcome.ok()) outcome = command.run(session, arguments);
+    // What was read is lost when it cannot be written: a full disk, say.
+    const bool written = fflush(stdout) == 0 && ferror(stdout) == 0;
+    return written || !outcome.ok() ? outcome : refusal("standard output", "cannot be written");
 }
 
-ExitStatus checkUsage(const Command& command, const Given& given) {
-    const Arguments& words = given.words;
-    const size_t count = words.size() - 1;
-    if (count < command.fewestArguments || count > command.mostArguments) {
-        fprintf(stderr, "kwoctl: usage: kwoctl %s %s\n", command.name, command.arguments);
-        return kWrongUsage;
-    }
-    const auto refuses = [&](bool set, const char* option) {
-        return set && strstr(command.options, option) == nullptr;
-    };
-    if (refuses(given.options.json, "--json")) {
-        return reportUsage(command.name, "--json", "an option of this command");
-    }
-    if (refuses(given.options.workSize >= 0, "--work")) {
-        return reportUsage(command.name, "--work", "an option of this command");
-    }
-    return kDone;
+Outcome unknownCommand(const std::string& name) {
+    const std::string nearest = nearestCommand(name);
+    Outcome outcome = wrongUsage(name, "", "");
+    outcome.why = "no such command";
+    outcome.remedy = nearest.empty() ? "see kwoctl help" : "did you mean " + nearest + "?";
+    return outcome;
+}
+
+Outcome runCommandLine(const Given& given) {
+    Arguments words = given.words;
+    if (given.help) words.insert(words.begin(), "help");
+    const Command* const command = findCommand(words[0]);
+    if (command == nullptr) return unknownCommand(words[0]);
+    if (given.help && words.size() > 2) words.resize(2);
+    const Outcome usage = given.help ? done() : checkUsage(*command, given);
+    if (!usage.ok()) return usage;
+    Session session(given.options, joinWords(words));
+    const Patience patience(session);
+    return run(*command, session, Arguments(words.begin() + 1, words.end()));
 }
 
 }  // namespace
 
-const Command* findCommand(const std::string& name) {
-    for (const auto* table : kCommandTables) {
-        for (const Command& command : *table) {
-            if (name == command.name && command.run != nullptr) return &command;
-        }
-    }
-    return nullptr;
-}
-
-void printHelp(FILE* out) {
-    fprintf(out, "Usage: kwoctl [OPTION]... COMMAND [ARGUMENT]...\n\n");
-    for (const auto* table : kCommandTables) {
-        for (const Command& command : *table) {
-            fprintf(out, "  %-14s %-22s %s\n", command.name, command.arguments, command.summary);
-        }
-    }
-    fputs(kHelpEnd, out);
-}
-
-void printHelp(const Command& command) {
-    const char* usage = "Usage: ";
-    bool shown = false;
-    for (const auto* table : kCommandTables) {
-        for (const Command& row : *table) {
-            // A command's further rows follow it without a name.
-            if (row.name[0] != '\0') shown = &row == &command;
-            if (!shown) continue;
-            printf("%skwoctl %s %s\n           %s\n", usage, command.name, row.arguments,
-                   row.summary);
-            usage = "       ";
-        }
-    }
-    if (command.details[0] != '\0') printf("\n%s", command.details);
-    const bool sets = command.name == std::string("set");
-    if (sets || command.name == std::string("get")) printf("\nKeys: %s\n", keys(sets).c_str());
-}
-
 int main(int argc, char** argv) {
+    if (argc == 2 && argv[1] == std::string(kGuardCommand)) return guard();
     Given given;
-    const ExitStatus taken = takeArguments(Arguments(argv + 1, argv + argc), &given);
-    if (taken != kDone) return taken;
-    if (given.version) {
+    Outcome outcome = readOptions(argc, argv, &given);
+    if (outcome.ok() && given.version) {
         printf("kwoctl %s\n", kVersion);
         return kDone;
     }
-    if (given.help) given.words.insert(given.words.begin(), "help");
-    if (given.words.empty()) {
-        printHelp(stderr);
+    if (outcome.ok() && given.words.empty() && !given.help) {
+        printShortHelp(stderr);
         return kWrongUsage;
     }
-    const Command* command = findCommand(given.words[0]);
-    if (command == nullptr) {
-        fprintf(stderr, "kwoctl: %s: no such command; see kwoctl help\n", given.words[0].c_str());
-        return kWrongUsage;
-    }
-    if (given.help) given.words.resize(std::min<size_t>(given.words.size(), 2));
-    const ExitStatus usage = checkUsage(*command, given);
-    if (usage != kDone) return usage;
-    Session session(given.options);
-    if (command->needs == Command::kService && !session.connect()) return kNoService;
-    const ExitStatus status =
-            command->run(session, Arguments(given.words.begin() + 1, given.words.end()));
-    // What was read is lost when it cannot be written: a full disk, say.
-    const bool written = fflush(stdout) == 0 && ferror(stdout) == 0;
-    return written || status != kDone ? status
-                                      : reportRefusal("standard output", "cannot be written");
+    if (outcome.ok()) outcome = runCommandLine(given);
+    complain(given.options, outcome);
+    return outcome.status;
 }

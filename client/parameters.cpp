@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "client/parse.h"
+#include "client/library/parse.h"
 #include "driver/zyl_convert_api.h"
 
 namespace {
@@ -113,4 +113,16 @@ void printDifferences(const std::vector<Difference>& differences, const char* fi
                difference.first.c_str(), second, difference.second.c_str());
     }
     if (runs > kMostRuns) printf("  data           and %d more places\n", runs - kMostRuns);
+}
+
+void addToJson(Json& json, const std::vector<Difference>& differences, const char* first,
+               const char* second) {
+    json.open('[');
+    for (const Difference& difference : differences) {
+        json.open('{').name("name").text(difference.name);
+        json.name("offset").number(static_cast<double>(difference.offset));
+        json.name("size").number(static_cast<double>(difference.size));
+        json.name(first).text(difference.first).name(second).text(difference.second).close();
+    }
+    json.close();
 }

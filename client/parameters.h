@@ -9,7 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "client/files.h"
+#include "client/library/files.h"
+#include "client/library/json.h"
 
 // Rows of the table that the client knows a meaning of.
 enum Row : size_t {
@@ -54,6 +55,10 @@ struct Difference {
 
 // Parameter by parameter, then run by run of what belongs to none. Both blocks have blockSize().
 std::vector<Difference> compareBlocks(const Bytes& first, const Bytes& second);
+
+// As an array; `first` and `second` name the members with the values.
+void addToJson(Json& json, const std::vector<Difference>& differences, const char* first,
+               const char* second);
 
 // A line each on standard output; of data, the first few.
 void printDifferences(const std::vector<Difference>& differences, const char* first,

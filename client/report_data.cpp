@@ -1,10 +1,6 @@
 // What the page shows, as the data of its script.
 
-#include <ctime>
-
-#include "client/expected.h"
-#include "client/parse.h"
-#include "client/properties.h"
+#include "client/library/parse.h"
 #include "client/report_page.h"
 
 namespace {
@@ -34,45 +30,41 @@ void addParameters(Json& json) {
     json.close();
 }
 
-// A block that cannot be held against anything is shown all the same.
-ExitStatus addBlock(Session& session, int32_t number, Json& json) {
-    Bytes found;
-    const ExitStatus status = reportResult("report", session.fetchBlock(number, &found));
-    if (status == kNoService) return status;
-    Expected expected;
-    const bool known = status == kDone && found.size() == blockSize() &&
-                       expectBlock(session, number, found, &expected) == kDone;
-    json.open('{').name("name").text(kRouteNames[number]).name("file").text(expected.file);
-    json.name("found").text(base64(found)).name("expected");
-    json.text(known ? base64(expected.block) : "").name("unknown").text(expected.unknown).close();
-    return kDone;
+void addBlock(Json& json, const BlockReport& block, int32_t number) {
+    json.open('{').name("name").text(kRouteNames[number]).name("found").text(base64(block.found));
+    json.name("expected");
+    json.text(block.outcome.ok() ? base64(block.verdict.expected.block) : "").close();
 }
 
-std::string now() {
-    const time_t time = ::time(nullptr);
-    tm parts = {};
-    gmtime_r(&time, &parts);
-    char text[32] = {};
-    strftime(text, sizeof(text), "%Y-%m-%d %H:%M:%S UTC", &parts);
-    return text;
+// The gains in decibels, and what the bands are called under the curve.
+void addEqualiser(Json& json, const Session& session, const State& state) {
+    Value unused;
+    const Value* const gains = find(state, property("gains"), &unused);
+    json.name("on").boolean(isOn(state, property("geq"))).name("decibels").open('[');
+    const size_t count = gains == nullptr ? 0 : gains->numbers.size();
+    for (size_t band = 0; band < count; ++band) json.number(decibelsOf(gains->numbers[band]));
+    json.close().name("bands").open('[');
+    for (size_t band = 0; band < count; ++band) {
+        if (session.bands.empty()) {
+            json.text(std::to_string(band));
+        } else {
+            const double hertz = session.bands[band];
+            json.text(hertz < 1000 ? formatReal(hertz) : formatReal(hertz / 1000) + "k");
+        }
+    }
+    json.close();
 }
 
 }  // namespace
 
-ExitStatus makeReportData(Session& session, std::string* data) {
-    ExitStatus status = kDone;
-    const std::vector<Reading> readings = readAll(
-            session, [](const Property&) { return true; }, &status);
-    if (status != kDone) return status;
+std::string makeReportData(const Session& session, const Report& report) {
     Json json;
-    json.open('{').name("taken").text(now()).name("state").open('{');
-    addToJson(json, readings);
-    json.close();
+    json.open('{');
+    addEqualiser(json, session, report.state);
     addParameters(json);
     json.name("blocks").open('[');
-    for (int32_t number = 0; number < kKnownRoutes && status == kDone; ++number) {
-        status = addBlock(session, number, json);
+    for (size_t i = 0; i < report.blocks.size(); ++i) {
+        addBlock(json, report.blocks[i], static_cast<int32_t>(i));
     }
-    *data = json.close().close().str();
-    return status;
+    return json.close().close().str();
 }

@@ -1,237 +1,153 @@
 #include "client/report_page.h"
 
+#include "client/library/parse.h"
+#include "client/library/storage.h"
+
 namespace {
 
-constexpr char kHead[] = R"html(<!doctype html>
-<html lang="en"><head><meta charset="utf-8"><title>zyl_kwo_service report</title>
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<style>
-:root { --ink: #1d2733; --soft: #66758a; --line: #dde3ea; --paper: #f5f7fa; --card: #fff;
-        --accent: #1f6feb; --good: #1a7f4b; --bad: #c9252d; }
-* { box-sizing: border-box; }
-body { margin: 0; background: var(--paper); color: var(--ink);
-       font: 15px/1.45 system-ui, "Segoe UI", Roboto, "Helvetica Neue", Arial, sans-serif; }
-main { max-width: 1120px; margin: 0 auto; padding: 28px 24px 60px; }
-h1 { font-size: 26px; margin: 0; } h2 { font-size: 17px; margin: 0 0 14px; }
-header { display: flex; justify-content: space-between; align-items: baseline; flex-wrap: wrap;
-         gap: 8px; margin-bottom: 18px; }
-.soft { color: var(--soft); } .bad { color: var(--bad); } .good { color: var(--good); }
-section { background: var(--card); border: 1px solid var(--line); border-radius: 10px;
-          padding: 18px 20px; margin-bottom: 18px; }
-.tiles { display: grid; grid-template-columns: repeat(auto-fit, minmax(150px, 1fr)); gap: 12px;
-         margin-bottom: 18px; }
-.tile { background: var(--card); border: 1px solid var(--line); border-radius: 10px;
-        padding: 12px 16px; }
-.tile b { display: block; font-size: 21px; font-weight: 600; overflow-wrap: anywhere; }
-table { border-collapse: collapse; width: 100%; font-size: 14px; }
-th { text-align: left; color: var(--soft); font-weight: 500; }
-th, td { padding: 4px 10px 4px 0; border-bottom: 1px solid var(--line); vertical-align: top; }
-td.n, th.n { text-align: right; } .scroll { overflow-x: auto; }
-td { font-variant-numeric: tabular-nums; overflow-wrap: anywhere; }
-code { font-family: ui-monospace, "DejaVu Sans Mono", Consolas, monospace; font-size: 13px; }
-.maps { display: grid; grid-template-columns: repeat(auto-fit, minmax(290px, 1fr)); gap: 20px; }
-canvas { width: 100%; image-rendering: pixelated; border: 1px solid var(--line); display: block;
-         border-radius: 4px; cursor: crosshair; }
-.small { font-size: 12px; margin: 8px 0 3px; }
-.legend { height: 10px; border-radius: 3px; margin: 14px 0 2px; }
-.ends { display: flex; justify-content: space-between; font-size: 12px; color: var(--soft); }
-#at { min-height: 1.5em; font-size: 13px; margin-top: 10px; }
-svg text { font: 12px system-ui, sans-serif; fill: var(--soft); }
-</style></head><body><main id="page"></main>
-<script>
-const data = )html";
+// The build makes this of report_page.html.
+constexpr char kPage[] =
+#include "report_page.inc"
+        ;
 
-constexpr char kScript[] = R"html(;
-const page = document.getElementById("page");
-function make(parent, tag, attributes, text) {
-  const svg = ["svg", "path", "line", "circle", "text", "rect"].includes(tag);
-  const node = svg ? document.createElementNS("http://www.w3.org/2000/svg", tag)
-                   : document.createElement(tag);
-  for (const [key, value] of Object.entries(attributes || {})) node.setAttribute(key, value);
-  if (text !== undefined) node.textContent = text;
-  return parent.appendChild(node);
-}
-const onOff = (value) => value === undefined ? "–" : value ? "on" : "off";
-const bytes = (text) => Uint8Array.from(atob(text), (c) => c.charCodeAt(0));
-const hex = (n, width) => "0x" + n.toString(16).padStart(width, "0");
-function word(block, p) {
-  let n = 0;
-  for (let i = Math.min(p.size, 4) - 1; i >= 0; --i) n = n * 256 + (block[p.offset + i] || 0);
-  return n;
-}
-const state = data.state;
-const blocks = data.blocks.map((b) => {
-  const found = bytes(b.found), expected = b.expected ? bytes(b.expected) : null;
-  let differing = 0;
-  if (expected) found.forEach((byte, i) => { differing += byte !== expected[i] ? 1 : 0; });
-  return { ...b, found, expected, differing };
-});
-
-const header = make(page, "header");
-make(header, "h1", {}, "Headphone and speaker effect");
-make(header, "span", { class: "soft" }, data.taken);
-const tiles = make(page, "div", { class: "tiles" });
-const tile = (name, value, style) => {
-  const box = make(tiles, "div", { class: "tile" });
-  make(box, "span", { class: "soft" }, name);
-  make(box, "b", { class: style || "" }, value);
-};
-tile("Generation", state.generation);
-tile("Effect", onOff(state.effect), state.effect ? "good" : "");
-tile("Stereo mode", state.stereo === undefined ? "–" : state.stereo);
-tile("Equaliser", onOff(state.geq), state.geq ? "good" : "");
-tile("Active route", state.route);
-const checked = blocks.filter((b) => b.expected), wrong = checked.filter((b) => b.differing);
-tile("DSP blocks", checked.length === 0 ? "not checked" : wrong.length ? wrong.length + " differ"
-     : checked.length + " as set", wrong.length ? "bad" : checked.length ? "good" : "");
-
-function drawEqualiser(gains) {
-  const section = make(page, "section");
-  make(section, "h2", {}, "Equaliser" + (state.geq ? "" : " (switched off)"));
-  const W = 1000, H = 300, left = 56, right = 16, top = 12, bottom = 40, low = -15, high = 18;
-  const x = (band) => left + (W - left - right) * (band + 0.5) / gains.length;
-  const y = (dB) => top + (H - top - bottom) * (high - Math.max(low, Math.min(high, dB))) / (high - low);
-  const svg = make(section, "svg", { viewBox: `0 0 ${W} ${H}`, width: "100%", role: "img" });
-  for (let dB = low; dB <= high; dB += 3) {
-    make(svg, "line", { x1: left, x2: W - right, y1: y(dB), y2: y(dB),
-                        stroke: dB === 0 ? "#8b99ab" : "#e6ebf1" });
-    if (dB % 6 === 0) make(svg, "text", { x: left - 8, y: y(dB) + 4, "text-anchor": "end" },
-                           (dB > 0 ? "+" : "") + dB + " dB");
-  }
-  const dBs = gains.map((gain) => gain > 0 ? 20 * Math.log10(gain / 4096) : low);
-  const colour = state.geq ? "#1f6feb" : "#9aa7b8";
-  let path = `M${x(0)},${y(dBs[0])}`;
-  for (let i = 1; i < dBs.length; ++i) {
-    const middle = (x(i - 1) + x(i)) / 2;
-    path += ` C${middle},${y(dBs[i - 1])} ${middle},${y(dBs[i])} ${x(i)},${y(dBs[i])}`;
-  }
-  make(svg, "path", { d: `${path} L${x(dBs.length - 1)},${y(0)} L${x(0)},${y(0)} Z`,
-                      fill: colour, "fill-opacity": 0.12 });
-  make(svg, "path", { d: path, fill: "none", stroke: colour, "stroke-width": 2.5 });
-  dBs.forEach((dB, i) => {
-    make(svg, "circle", { cx: x(i), cy: y(dB), r: 4.5, fill: "#fff", stroke: colour,
-                          "stroke-width": 2.5 });
-    make(svg, "text", { x: x(i), y: H - 22, "text-anchor": "middle" }, "band " + i);
-    make(svg, "text", { x: x(i), y: H - 6, "text-anchor": "middle" },
-         (dB > 0.05 ? "+" : "") + dB.toFixed(1) + " dB");
-  });
-}
-if (state.gains) drawEqualiser(state.gains);
-
-function drawState() {
-  const section = make(page, "section");
-  make(section, "h2", {}, "Properties");
-  const table = make(section, "table");
-  const row = (key, value) => {
-    const line = make(table, "tr");
-    make(line, "th", {}, key);
-    make(line, "td", {}, typeof value === "boolean" ? onOff(value)
-         : Array.isArray(value) ? value.join("  ") : value);
-  };
-  for (const [key, value] of Object.entries(state)) {
-    if (value === null || typeof value !== "object" || Array.isArray(value)) row(key, value);
-    else for (const [part, inner] of Object.entries(value)) {
-      row(key + "." + part, key === "mask" ? hex(inner, 8) : inner);
+std::string escape(const std::string& text) {
+    std::string escaped;
+    for (char c : text) {
+        switch (c) {
+            case '&': escaped += "&amp;"; break;
+            case '<': escaped += "&lt;"; break;
+            case '>': escaped += "&gt;"; break;
+            case '"': escaped += "&quot;"; break;
+            default: escaped += c;
+        }
     }
-  }
+    return escaped;
 }
-drawState();
-)html";
 
-constexpr char kBlockScript[] = R"html(
-const ramp = [[13, 8, 66], [84, 15, 109], [150, 38, 103], [210, 68, 70], [246, 125, 21],
-              [250, 193, 39], [252, 255, 164]];
-function tint(byte) {
-  const place = byte / 255 * (ramp.length - 1), i = Math.min(ramp.length - 2, Math.floor(place));
-  return ramp[i].map((c, k) => Math.round(c + (ramp[i + 1][k] - c) * (place - i)));
+std::string tile(const std::string& name, const std::string& value, const char* style) {
+    return "<div class=\"tile\"><span class=\"soft\">" + escape(name) + "</span><b class=\"" +
+           style + "\">" + escape(value) + "</b></div>\n";
 }
-const hint = "Point at a byte to see where it is and what it holds.";
-// The last byte of any parameter is not far from the start; that part is shown enlarged as well.
-const head = Math.max(...data.parameters.map((p) => p.offset + p.size));
-function drawMap(box, block, across, count, at) {
-  const canvas = make(box, "canvas");
-  canvas.width = across; canvas.height = Math.ceil(count / across);
-  const context = canvas.getContext("2d");
-  const image = context.createImageData(across, canvas.height);
-  block.found.slice(0, count).forEach((byte, i) => {
-    const differs = block.expected && byte !== block.expected[i];
-    image.data.set([...(differs ? [0, 229, 255] : tint(byte)), 255], 4 * i);
-  });
-  context.putImageData(image, 0, 0);
-  const cell = (position, size, cells) =>
-      Math.min(cells - 1, Math.max(0, Math.floor(position / size * cells)));
-  canvas.onmousemove = (event) => {
-    const offset = cell(event.offsetX, canvas.clientWidth, across) +
-                   across * cell(event.offsetY, canvas.clientHeight, canvas.height);
-    if (offset >= count) return;
-    const p = data.parameters.find((p) => offset >= p.offset && offset < p.offset + p.size);
-    const found = block.found[offset], should = block.expected ? block.expected[offset] : found;
-    at.textContent = `${block.name}, offset ${offset}: ${hex(found, 2)}` + (p ? `, ${p.name}` : "") +
-        (should === found ? "" : `, should be ${hex(should, 2)}`);
-  };
-  canvas.onmouseleave = () => { at.textContent = hint; };
+
+std::string row(const std::string& name, const std::string& value) {
+    return "<tr><th>" + escape(name) + "</th><td>" + escape(value) + "</td></tr>\n";
 }
-function drawMaps() {
-  const section = make(page, "section");
-  make(section, "h2", {}, "The DSP's blocks, byte by byte");
-  const maps = make(section, "div", { class: "maps" });
-  const at = document.createElement("div");
-  for (const block of blocks) {
-    const box = make(maps, "div");
-    make(box, "b", {}, block.name + " ");
-    make(box, "code", { class: "soft" }, block.file);
-    make(box, "div", { class: !block.expected ? "soft" : block.differing ? "bad" : "good" },
-         !block.expected ? "not checked" : block.differing
-         ? block.differing + " bytes are not as they should be" : "as it should be");
-    make(box, "div", { class: "soft small" }, `the first ${head} bytes, with the parameters`);
-    drawMap(box, block, 32, Math.min(head, block.found.length), at);
-    make(box, "div", { class: "soft small" }, `all ${block.found.length} bytes`);
-    drawMap(box, block, 256, block.found.length, at);
-  }
-  const stops = ramp.map((c) => `rgb(${c})`).join(",");
-  make(section, "div", { class: "legend", style: `background:linear-gradient(90deg,${stops})` });
-  const ends = make(section, "div", { class: "ends" });
-  make(ends, "span", {}, "0x00");
-  make(ends, "span", {}, "bright cyan: not as it should be");
-  make(ends, "span", {}, "0xff");
-  at.id = "at"; at.className = "soft"; at.textContent = hint;
-  section.appendChild(at);
+
+std::string valueOf(const State& state, const char* key) {
+    Value unused;
+    const Property& row = property(key);
+    const Value* const value = find(state, row, &unused);
+    return value == nullptr ? "\u2013" : formatValue(row, *value);
 }
-function drawParameters() {
-  const section = make(page, "section");
-  make(section, "h2", {}, "Parameters");
-  const table = make(make(section, "div", { class: "scroll" }), "table");
-  const head = make(table, "tr");
-  for (const name of ["name", "id"]) make(head, "th", {}, name);
-  for (const name of ["offset", "size", ...blocks.map((b) => b.name)]) {
-    make(head, "th", { class: "n" }, name);
-  }
-  for (const p of data.parameters) {
-    const row = make(table, "tr");
-    make(row, "td", {}, p.name);
-    make(make(row, "td"), "code", {}, hex(p.id, 8));
-    make(row, "td", { class: "n" }, p.offset);
-    make(row, "td", { class: "n" }, p.size);
-    for (const block of blocks) {
-      const found = word(block.found, p), should = block.expected ? word(block.expected, p) : found;
-      const cell = make(row, "td", { class: found === should ? "n" : "n bad" }, found);
-      if (found !== should) make(cell, "div", {}, "should be " + should);
+
+std::string describeGains(const Session& session, const Value& gains) {
+    std::string text;
+    for (size_t band = 0; band < gains.numbers.size(); ++band) {
+        const double gain = gains.numbers[band];
+        text += format("%s: %s (%.0f)\n", nameOfBand(session.bands, band).c_str(),
+                       formatDecibels(decibelsOf(gain)).c_str(), gain);
     }
-  }
-  for (const block of blocks) {
-    if (block.unknown) make(section, "p", { class: "soft" }, block.name + ": " + block.unknown);
-  }
+    return text;
 }
-drawMaps();
-drawParameters();
-</script></body></html>
-)html";
+
+std::string describeBlocks(const Report& report, const char** style) {
+    int wrong = 0;
+    int checked = 0;
+    for (const BlockReport& block : report.blocks) {
+        if (!block.outcome.ok()) continue;
+        ++checked;
+        if (!block.verdict.differences.empty() || block.verdict.forced) ++wrong;
+    }
+    *style = wrong > 0 ? "bad" : checked > 0 ? "good" : "";
+    if (checked == 0) return "not checked";
+    return wrong > 0 ? format("%d differ", wrong) : format("%d as set", checked);
+}
+
+std::string makeTiles(const Report& report) {
+    const char* blocksStyle = "";
+    const std::string blocks = describeBlocks(report, &blocksStyle);
+    const auto style = [&report](const char* key) {
+        return isOn(report.state, property(key)) ? "good" : "";
+    };
+    return tile("Generation", valueOf(report.state, "generation"), "") +
+           tile("Effect", valueOf(report.state, "effect"), style("effect")) +
+           tile("Stereo mode", valueOf(report.state, "stereo"), "") +
+           tile("Equaliser", valueOf(report.state, "geq"), style("geq")) +
+           tile("Active route", valueOf(report.state, "route"), "") +
+           tile("DSP blocks", blocks, blocksStyle);
+}
+
+std::string makeProperties(const Session& session, const State& state) {
+    std::string rows;
+    for (const Reading& reading : state) {
+        const Property& property = *reading.property;
+        rows += row(property.key, isNone(property, reading.value) ? "none"
+                                  : property.kind == Property::kGains
+                                          ? describeGains(session, reading.value)
+                                          : formatValue(property, reading.value));
+    }
+    return rows;
+}
+
+// Every difference, those outside of parameters ("data") included.
+std::string makeBlock(const BlockReport& block, int32_t number) {
+    const Verdict& verdict = block.verdict;
+    std::string text = "<h3>" + std::string(kRouteNames[number]) + " <code class=\"soft\">" +
+                       escape(verdict.expected.file) + "</code></h3>\n";
+    if (!block.outcome.ok()) {
+        return text + "<p class=\"bad\">not checked: " + escape(block.outcome.why) + "</p>\n";
+    }
+    const size_t count = verdict.differences.size();
+    if (verdict.forced) text += "<p class=\"bad\">forced mode is on</p>\n";
+    text += count == 0 ? "<p class=\"good\">as it should be</p>\n"
+                       : format("<p class=\"bad\">%zu difference%s</p>\n", count,
+                                count == 1 ? "" : "s");
+    if (!verdict.expected.unknown.empty()) {
+        text += "<p class=\"soft\">" + escape(verdict.expected.unknown) + "</p>\n";
+    }
+    if (count == 0) return text;
+    text += "<div class=\"scroll\"><table><tr><th>what</th><th class=\"n\">offset</th>"
+            "<th class=\"n\">bytes</th><th>should be</th><th>is</th></tr>\n";
+    for (const Difference& difference : verdict.differences) {
+        text +=
+                format("<tr><td>%s</td><td class=\"n\">%zu</td><td class=\"n\">%zu</td>"
+                       "<td>%s</td><td>%s</td></tr>\n",
+                       difference.name.c_str(), difference.offset, difference.size,
+                       difference.first.c_str(), difference.second.c_str());
+    }
+    return text + "</table></div>\n";
+}
+
+BlockReport readBlock(Session& session, int32_t number) {
+    BlockReport block;
+    block.outcome = resultOf(kRouteNames[number], session.fetchBlock(number, &block.found));
+    if (block.outcome.ok()) block.outcome = examineBlock(session, number, &block.verdict);
+    return block;
+}
+
+void fill(std::string* page, const std::string& place, const std::string& text) {
+    const size_t at = page->find(place);
+    if (at != std::string::npos) page->replace(at, place.size(), text);
+}
 
 }  // namespace
 
-ExitStatus makeReportPage(Session& session, std::string* page) {
-    std::string data;
-    const ExitStatus status = makeReportData(session, &data);
-    *page = std::string(kHead) + data + kScript + kBlockScript;
-    return status;
+Outcome makeReportPage(Session& session, std::string* page) {
+    Report report;
+    const Outcome outcome = readState(session, everything, &report.state);
+    if (!outcome.ok()) return outcome;
+    std::string blocks;
+    for (int32_t number = 0; number < kKnownRoutes; ++number) {
+        report.blocks.push_back(readBlock(session, number));
+        if (report.blocks.back().outcome.status == kNoService) return report.blocks.back().outcome;
+        blocks += makeBlock(report.blocks.back(), number);
+    }
+    *page = kPage;
+    // The properties last: they hold others' texts, which might name a place.
+    fill(page, "@TAKEN@", readableTime(now()) + " UTC");
+    fill(page, "@TILES@", makeTiles(report));
+    fill(page, "@DATA@", makeReportData(session, report));
+    fill(page, "@BLOCKS@", blocks);
+    fill(page, "@PROPERTIES@", makeProperties(session, report.state));
+    return done();
 }

@@ -1,46 +1,37 @@
-// One run of kwoctl: its options, and the service once it is connected.
+// One run of kwoctl: its options, its service, and what it was asked for.
 
 #ifndef ZYL_CLIENT_SESSION_H
 #define ZYL_CLIENT_SESSION_H
 
-#include <memory>
-#include <vector>
+#include <string>
 
-#include "client/shared_region.h"
-#include "interface/Izyl_kwo_service.h"
+#include "client/library/bands.h"
+#include "client/library/connection.h"
 
 struct Options {
     bool json = false;
     bool bars = false;    // standard output is for a person's eyes
     bool colour = false;  // and shows colours
+    bool dryRun = false;
+    bool blind = false;
+    bool check = true;  // look whether the DSP followed
     double waitSeconds = 0;
-    int32_t workSize = -1;  // negative: not given
+    double interval = 1;   // seconds between two looks
+    int32_t workSize = 0;  // bytes
+    std::string bands;     // a list or a file, see findBands()
 };
 
-class Session {
+class Session : public Connection {
   public:
-    explicit Session(const Options& given) : options(given) {}
+    Session(const Options& given, const std::string& commandLine)
+        : options(given), command(commandLine) {}
 
-    // Looks the service up, for as long as the options allow. False, with a complaint on standard
-    // error, when it is not there.
-    bool connect();
-    bool connected() const { return mService != nullptr; }
-    // Only when connected.
-    Izyl_kwo_service& service() const { return *mService; }
-
-    // The DSP's block through shared memory, of which a session hands over one region. Returns a
-    // ZylKwoResult.
-    int32_t fetchBlock(int32_t number, std::vector<uint8_t>* bytes);
-    // `bytes` is as long as a block is.
-    int32_t pushBlock(int32_t number, const std::vector<uint8_t>& bytes);
+    // For so long a command waits for a service that went away in the middle.
+    double patience() const;
 
     const Options options;
-
-  private:
-    int32_t shareRegion();
-
-    android::sp<Izyl_kwo_service> mService;
-    std::unique_ptr<SharedRegion> mRegion;
+    const std::string command;  // without options
+    Bands bands;
 };
 
 #endif  // ZYL_CLIENT_SESSION_H

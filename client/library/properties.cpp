@@ -1,10 +1,9 @@
-#include "client/properties.h"
+#include "client/library/properties.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
-#include "client/parse.h"
+#include "client/library/parse.h"
 
 namespace {
 
@@ -22,7 +21,7 @@ bool parseOne(const Property& property, const std::string& word, double* number)
         case Property::kSwitch: return parseAs(parseSwitch, word, number);
         case Property::kNumber: return parseAs(parseNumber, word, number);
         case Property::kRoute: return parseAs(parseRoute, word, number);
-        case Property::kGains: return parseAs(parseGain, word, number);
+        case Property::kGains: return parseGain(word, number);
         case Property::kReals:
             if (!parseReal(word, number)) return false;
             // The service keeps single precision.
@@ -34,11 +33,15 @@ bool parseOne(const Property& property, const std::string& word, double* number)
     return false;
 }
 
+bool isNamedRoute(double number) {
+    return number >= 0 && number < kKnownRoutes;
+}
+
 std::string formatOne(const Property& property, double number) {
     switch (property.kind) {
         case Property::kSwitch: return number != 0 ? "on" : "off";
         case Property::kRoute:
-            if (number >= 0 && number < kKnownRoutes) return kRouteNames[static_cast<int>(number)];
+            if (isNamedRoute(number)) return kRouteNames[static_cast<int>(number)];
             return format("%.0f", number);
         case Property::kMask: return format("0x%08x", static_cast<uint32_t>(number));
         case Property::kReals: return formatReal(number);
@@ -48,55 +51,89 @@ std::string formatOne(const Property& property, double number) {
 
 // "tuning" of "tuning.speaker"; empty when there is no dot.
 std::string groupOf(const Property& property) {
-    const char* dot = strchr(property.key, '.');
-    return dot == nullptr ? "" : std::string(property.key, dot);
+    const size_t dot = property.key.find('.');
+    return bandOf(property) >= 0 || dot == std::string::npos ? "" : property.key.substr(0, dot);
+}
+
+// "+3 dB" comes as two words.
+std::vector<std::string> joinUnits(const std::vector<std::string>& words) {
+    std::vector<std::string> joined;
+    for (const std::string& word : words) {
+        if (lowerCase(word) == "db" && !joined.empty()) {
+            joined.back() += word;
+        } else {
+            joined.push_back(word);
+        }
+    }
+    return joined;
+}
+
+std::string inWords(size_t count) {
+    constexpr const char* kWords[] = {"no",  "one",   "two",   "three", "four", "five",
+                                      "six", "seven", "eight", "nine",  "ten"};
+    return count <= 10 ? kWords[count] : format("%zu", count);
+}
+
+Outcome wrongCount(const Property& property, size_t given) {
+    Outcome outcome = wrongUsage(property.key, "", "");
+    outcome.why = format("takes %s number%s, %zu given", inWords(property.count).c_str(),
+                         property.count == 1 ? "" : "s", given);
+    return outcome;
 }
 
 }  // namespace
 
 const Property* findProperty(const std::string& key) {
-    for (const Property& property : kProperties) {
+    for (const Property& property : properties()) {
         if (key == property.key) return &property;
+    }
+    for (int32_t band = 0; band < kGEQBandCount; ++band) {
+        if (key == bandProperty(band).key) return &bandProperty(band);
     }
     return nullptr;
 }
 
-const Property& property(const char* key) {
+const Property& property(const std::string& key) {
     const Property* found = findProperty(key);
     if (found == nullptr) abort();
     return *found;
 }
 
-std::string keys(bool settable) {
-    std::vector<std::string> keys;
-    for (const Property& property : kProperties) {
-        if (!settable || property.set != nullptr) keys.emplace_back(property.key);
-    }
-    return joinWords(keys);
+int32_t bandOf(const Property& property) {
+    return property.kind == Property::kGains && property.count == 1 ? property.selector : -1;
 }
 
-ExitStatus parseValue(const Property& property, const std::vector<std::string>& words,
-                      Value* value) {
-    if (property.set == nullptr) return reportUsage(property.key, joinWords(words), "to be set");
-    if (words.size() != property.count) {
-        const std::string found = words.empty() ? "" : words[0];
-        return reportUsage(property.key, found,
-                           property.count == 1 ? property.accepts
-                                               : format("the first of %zu values", property.count));
+std::vector<std::string> keys(bool settable) {
+    std::vector<std::string> keys;
+    for (const Property& property : properties()) {
+        if (!settable || property.set != nullptr) keys.push_back(property.key);
     }
-    value->numbers.clear();
+    return keys;
+}
+
+Outcome parseValue(const Property& property, const std::vector<std::string>& given, Value* value) {
+    if (property.set == nullptr) return wrongUsage(property.key, joinWords(given), "to be set");
+    const auto words = property.kind == Property::kGains ? joinUnits(given) : given;
+    if (words.size() != property.count) {
+        return words.size() == 1 && property.count == 1
+                       ? wrongUsage(property.key, words[0], property.accepts)
+                       : wrongCount(property, words.size());
+    }
+    Value parsed;
     for (const std::string& word : words) {
         double number = 0;
         if (!parseOne(property, word, &number)) {
-            return reportUsage(property.key, word, property.accepts);
+            return wrongUsage(property.key, word, property.accepts);
         }
         if (number < property.lowest || number > property.highest) {
-            return reportRefusal(property.key,
-                                 word + " is out of range; it takes " + property.accepts);
+            Outcome outcome = wrongUsage(property.key, word, "");
+            outcome.why = word + " is out of range; it takes " + property.accepts;
+            return outcome;
         }
-        value->numbers.push_back(number);
+        parsed.numbers.push_back(number);
     }
-    return kDone;
+    *value = parsed;
+    return done();
 }
 
 std::string formatValue(const Property& property, const Value& value) {
@@ -106,51 +143,27 @@ std::string formatValue(const Property& property, const Value& value) {
     return joinWords(words);
 }
 
-void printValue(const Property& property, const Value& value) {
-    printf("%-14s %s%s\n", property.label, property.part, formatValue(property, value).c_str());
-}
-
 void addToJson(Json& json, const Property& property, const Value& value) {
     if (property.kind == Property::kText) {
         json.text(value.text);
         return;
     }
+    if (isNone(property, value)) {
+        json.literal("null");
+        return;
+    }
     const bool list = property.count > 1;
     if (list) json.open('[');
     for (double number : value.numbers) {
-        const std::string word = formatOne(property, number);
-        const bool named =
-                property.kind == Property::kRoute && number >= 0 && number < kKnownRoutes;
         if (property.kind == Property::kSwitch) {
-            json.literal(number != 0 ? "true" : "false");
-        } else if (named) {
-            json.text(word);
+            json.boolean(number != 0);
+        } else if (property.kind == Property::kRoute && isNamedRoute(number)) {
+            json.text(formatOne(property, number));
         } else {
             json.number(number);
         }
     }
     if (list) json.close();
-}
-
-std::vector<Reading> readAll(Session& session, const Choice& wanted, ExitStatus* status) {
-    std::vector<Reading> readings;
-    for (const Property& property : kProperties) {
-        if (!wanted(property)) continue;
-        Value value;
-        const int32_t result = property.get(session.service(), property.selector, &value);
-        if (result == kZylKwoNotAvailable) continue;
-        if (result != kZylKwoOk) {
-            *status = reportResult(property.key, result);
-            if (*status == kNoService) break;
-            continue;
-        }
-        readings.push_back({&property, value});
-    }
-    return readings;
-}
-
-ExitStatus readValue(Session& session, const Property& property, Value* value) {
-    return reportResult(property.key, property.get(session.service(), property.selector, value));
 }
 
 void addToJson(Json& json, const std::vector<Reading>& readings) {
@@ -160,8 +173,8 @@ void addToJson(Json& json, const std::vector<Reading>& readings) {
         if (!open.empty() && group != open) json.close();
         if (!group.empty() && group != open) json.name(group).open('{');
         open = group;
-        const char* dot = strchr(reading.property->key, '.');
-        json.name(dot == nullptr ? reading.property->key : dot + 1);
+        const std::string& key = reading.property->key;
+        json.name(group.empty() ? key : key.substr(group.size() + 1));
         addToJson(json, *reading.property, reading.value);
     }
     if (!open.empty()) json.close();

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "client/parse.h"
-#include "client/properties.h"
+#include "client/library/parse.h"
+#include "client/library/properties.h"
 
 namespace {
 
@@ -169,54 +169,139 @@ int32_t getPlatform(Service& service, int32_t, Value* value) {
     return result;
 }
 
+int32_t getBand(Service& service, int32_t band, Value* value) {
+    uint16_t gain = 0;
+    const int32_t result = service.getGEQGain(band, &gain);
+    value->numbers = {static_cast<double>(gain)};
+    return result;
+}
+
+int32_t setBand(Service& service, int32_t band, const Value& value) {
+    return service.setGEQGain(band, static_cast<uint16_t>(value.numbers[0]));
+}
+
 constexpr double kLow = INT32_MIN;
 constexpr double kHigh = INT32_MAX;
 constexpr double kLargestReal = 3.4e38;
-constexpr char kOnOff[] = "on or off";
-constexpr char kTuningNumber[] = "a tuning number, 0 and up as far as there are tuning files";
+
+struct Range {
+    double lowest;
+    double highest;
+    const char* accepts;
+};
+
+constexpr Range kOnOff = {kLow, kHigh, "on or off"};
+constexpr Range kStereoModes = {1, 3, "a stereo mode: 1, 2 or 3"};
+constexpr Range kTunings = {0, kHigh, "a tuning number, 0 and up as far as there are tuning files"};
+constexpr Range kAnyNumber = {kLow, kHigh, "a number"};
+constexpr Range kAnyReal = {-kLargestReal, kLargestReal, "a number"};
+constexpr Range kAnyRoute = {kLow, kHigh, "a route: speaker, lineout, bluetooth or a number"};
+
+// The makers of rows: what is read only, what is one value, and what is several.
+Property readOnly(const char* key, const char* label, Property::Kind kind, Property::Getter get) {
+    return {key, label, "", kind, kind == Property::kText ? 0U : 1U, 0, 0, "", 0, get, nullptr};
+}
+
+Property text(const char* key, const char* label, Property::Getter get) {
+    return readOnly(key, label, Property::kText, get);
+}
+
+Property several(size_t count, const char* key, const char* label, Property::Kind kind,
+                 const Range& range, Property::Getter get, Property::Setter set) {
+    return {key, label, "", kind, count, range.lowest, range.highest, range.accepts, 0, get, set};
+}
+
+Property one(const char* key, const char* label, Property::Kind kind, const Range& range,
+             Property::Getter get, Property::Setter set) {
+    return several(1, key, label, kind, range, get, set);
+}
+
+// One of those that share a label and differ by the selector.
+Property part(const char* name, int32_t selector, Property property) {
+    property.part = name;
+    property.selector = selector;
+    return property;
+}
+
+Property tuning(const char* key, const char* name, int32_t route) {
+    return part(name, route, one(key, "tuning", Property::kNumber, kTunings, getTuning, setTuning));
+}
+
+Property data(const char* key, const char* name, int32_t selector, Property::Getter get) {
+    return part(name, selector, text(key, "tuning data", get));
+}
+
+Property mask(const char* key, const char* name, int32_t route) {
+    return part(name, route, readOnly(key, "mask", Property::kMask, getMask));
+}
+
+Range gainRange() {
+    static const std::string accepts = std::string("a gain: ") + kGainRange;
+    return {kLowestGain, kHighestGain, accepts.c_str()};
+}
+
+std::vector<Property> makeTable() {
+    constexpr auto kAccessory = getNameOf<&Service::getAccessoryZylcsTuningName>;
+    constexpr auto kRoom = getNameOf<&Service::getStereoRoomZylcsTuningName>;
+    return {
+            text("generation", "generation", getGeneration),
+            one("effect", "effect", Property::kSwitch, kOnOff, getEffect, setEffect),
+            one("stereo", "stereo mode", Property::kNumber, kStereoModes,
+                getWord<&Service::getStereoMode>, setWord<&Service::setStereoMode>),
+            tuning("tuning.speaker", "speaker ", 0),
+            tuning("tuning.lineout", "lineout ", 1),
+            tuning("tuning.bluetooth", "bluetooth ", 2),
+            data("data.speaker", "speaker              ", 0,
+                 getName<&Service::getSpeakerZylcsTuningName>),
+            data("data.second-speaker", "second-speaker       ", 0,
+                 getName<&Service::getSecondSpeakerZylcsTuningName>),
+            data("data.accessory-lineout", "accessory lineout    ", 1, kAccessory),
+            data("data.accessory-bluetooth", "accessory bluetooth  ", 2, kAccessory),
+            data("data.stereo-room-1", "stereo-room 1        ", 1, kRoom),
+            data("data.stereo-room-2", "stereo-room 2        ", 2, kRoom),
+            data("data.multichannel-room", "multichannel-room    ", 0,
+                 getName<&Service::getMultiChannelRoomZylcsTuningName>),
+            several(kListeningTestValues, "listening-test", "listening test", Property::kReals,
+                    kAnyReal, getListeningTest, setListeningTest),
+            one("geq", "equaliser", Property::kSwitch, kOnOff, getWord<&Service::getGEQEnable>,
+                setWord<&Service::setGEQEnable>),
+            several(kGEQBandCount, "gains", "gains", Property::kGains, gainRange(), getGains,
+                    setGains),
+            several(kDbLevelCount, "levels", "levels", Property::kNumber, kAnyNumber, getLevels,
+                    setLevels),
+            one("route", "active route", Property::kRoute, kAnyRoute,
+                getWord<&Service::getActiveRoute>, setWord<&Service::setActiveRoute>),
+            mask("mask.speaker", "speaker   ", 0),
+            mask("mask.lineout", "lineout   ", 1),
+            mask("mask.bluetooth", "bluetooth ", 2),
+            text("version", "version", getVersion),
+            text("platform", "platform", getPlatform),
+    };
+}
+
+std::vector<Property> makeBands() {
+    std::vector<Property> bands;
+    for (int32_t band = 0; band < kGEQBandCount; ++band) {
+        bands.push_back(part("", band,
+                             one(format("gains.%d", band).c_str(), format("band %d", band).c_str(),
+                                 Property::kGains, gainRange(), getBand, setBand)));
+    }
+    return bands;
+}
 
 }  // namespace
 
-const std::vector<Property> kProperties = {
-        {"generation", "generation", "", Property::kText, 0, 0, 0, "", 0, getGeneration, nullptr},
-        {"effect", "effect", "", Property::kSwitch, 1, kLow, kHigh, kOnOff, 0, getEffect,
-         setEffect},
-        {"stereo", "stereo mode", "", Property::kNumber, 1, 1, 3, "a stereo mode: 1, 2 or 3", 0,
-         getWord<&Service::getStereoMode>, setWord<&Service::setStereoMode>},
-        {"tuning.speaker", "tuning", "speaker ", Property::kNumber, 1, 0, kHigh, kTuningNumber, 0,
-         getTuning, setTuning},
-        {"tuning.lineout", "tuning", "lineout ", Property::kNumber, 1, 0, kHigh, kTuningNumber, 1,
-         getTuning, setTuning},
-        {"tuning.bluetooth", "tuning", "bluetooth ", Property::kNumber, 1, 0, kHigh, kTuningNumber,
-         2, getTuning, setTuning},
-        {"data.speaker", "tuning data", "speaker              ", Property::kText, 0, 0, 0, "", 0,
-         getName<&Service::getSpeakerZylcsTuningName>, nullptr},
-        {"data.second-speaker", "tuning data", "second-speaker       ", Property::kText, 0, 0, 0,
-         "", 0, getName<&Service::getSecondSpeakerZylcsTuningName>, nullptr},
-        {"data.accessory-lineout", "tuning data", "accessory lineout    ", Property::kText, 0, 0, 0,
-         "", 1, getNameOf<&Service::getAccessoryZylcsTuningName>, nullptr},
-        {"data.accessory-bluetooth", "tuning data", "accessory bluetooth  ", Property::kText, 0, 0,
-         0, "", 2, getNameOf<&Service::getAccessoryZylcsTuningName>, nullptr},
-        {"data.stereo-room-1", "tuning data", "stereo-room 1        ", Property::kText, 0, 0, 0, "",
-         1, getNameOf<&Service::getStereoRoomZylcsTuningName>, nullptr},
-        {"data.stereo-room-2", "tuning data", "stereo-room 2        ", Property::kText, 0, 0, 0, "",
-         2, getNameOf<&Service::getStereoRoomZylcsTuningName>, nullptr},
-        {"data.multichannel-room", "tuning data", "multichannel-room    ", Property::kText, 0, 0, 0,
-         "", 0, getName<&Service::getMultiChannelRoomZylcsTuningName>, nullptr},
-        {"listening-test", "listening test", "", Property::kReals, kListeningTestValues,
-         -kLargestReal, kLargestReal, "four numbers", 0, getListeningTest, setListeningTest},
-        {"geq", "equaliser", "", Property::kSwitch, 1, kLow, kHigh, kOnOff, 0,
-         getWord<&Service::getGEQEnable>, setWord<&Service::setGEQEnable>},
-        {"gains", "gains", "", Property::kGains, kGEQBandCount, 725, 32767,
-         "a gain: 725 to 32767, or like +3dB", 0, getGains, setGains},
-        {"levels", "levels", "", Property::kNumber, kDbLevelCount, kLow, kHigh, "a number", 0,
-         getLevels, setLevels},
-        {"route", "active route", "", Property::kRoute, 1, kLow, kHigh,
-         "a route: speaker, lineout, bluetooth or a number", 0, getWord<&Service::getActiveRoute>,
-         setWord<&Service::setActiveRoute>},
-        {"mask.speaker", "mask", "speaker   ", Property::kMask, 1, 0, 0, "", 0, getMask, nullptr},
-        {"mask.lineout", "mask", "lineout   ", Property::kMask, 1, 0, 0, "", 1, getMask, nullptr},
-        {"mask.bluetooth", "mask", "bluetooth ", Property::kMask, 1, 0, 0, "", 2, getMask, nullptr},
-        {"version", "version", "", Property::kText, 0, 0, 0, "", 0, getVersion, nullptr},
-        {"platform", "platform", "", Property::kText, 0, 0, 0, "", 0, getPlatform, nullptr},
-};
+const std::vector<Property>& properties() {
+    static const std::vector<Property> table = makeTable();
+    return table;
+}
+
+const Property& bandProperty(int32_t band) {
+    static const std::vector<Property> bands = makeBands();
+    return bands[static_cast<size_t>(band)];
+}
+
+bool isNone(const Property& property, const Value& value) {
+    return property.key == "listening-test" &&
+           value.numbers == std::vector<double>(kListeningTestValues, kNoListeningTest);
+}

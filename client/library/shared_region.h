@@ -1,7 +1,7 @@
 // Memory shared with the service, for whole blocks.
 
-#ifndef ZYL_CLIENT_SHARED_REGION_H
-#define ZYL_CLIENT_SHARED_REGION_H
+#ifndef ZYL_CLIENT_LIBRARY_SHARED_REGION_H
+#define ZYL_CLIENT_LIBRARY_SHARED_REGION_H
 
 #include <cstddef>
 #include <cstdint>
@@ -40,4 +40,4 @@ class SharedRegion {
     size_t mBlockSize = 0;
 };
 
-#endif  // ZYL_CLIENT_SHARED_REGION_H
+#endif  // ZYL_CLIENT_LIBRARY_SHARED_REGION_H

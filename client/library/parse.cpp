@@ -1,11 +1,11 @@
-#include "client/parse.h"
+#include "client/library/parse.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <sstream>
 
 bool parseNumber(const std::string& text, int32_t* number) {
     const bool hexadecimal =
@@ -37,7 +37,7 @@ bool parseReal(const std::string& text, double* number) {
 
 bool parseRoute(const std::string& text, int32_t* route) {
     for (int32_t i = 0; i < kKnownRoutes; ++i) {
-        if (text != kRouteNames[i]) continue;
+        if (lowerCase(text) != kRouteNames[i]) continue;
         *route = i;
         return true;
     }
@@ -52,21 +52,31 @@ bool parseKnownRoute(const std::string& text, int32_t* route) {
 }
 
 bool parseSwitch(const std::string& text, bool* on) {
-    if (text != "on" && text != "off") return false;
-    *on = text == "on";
+    const std::string word = lowerCase(text);
+    if (word != "on" && word != "off") return false;
+    *on = word == "on";
     return true;
 }
 
-bool parseGain(const std::string& text, uint16_t* gain) {
-    std::string number = text;
-    const bool hasUnit = text.size() > 2 && text.compare(text.size() - 2, 2, "dB") == 0;
-    if (hasUnit) number.resize(text.size() - 2);
-    double value = 0;
-    if (!parseReal(number, &value)) return false;
-    const bool decibels = hasUnit || number[0] == '+' || number[0] == '-';
-    if (decibels) value = std::round(kNeutralGain * std::pow(10, value / 20));
-    if (value < 0 || value > UINT16_MAX || value != std::floor(value)) return false;
-    *gain = static_cast<uint16_t>(value);
+bool parseDecibels(const std::string& text, double* decibels) {
+    std::string number = lowerCase(trim(text));
+    const bool hasUnit = number.size() > 2 && number.compare(number.size() - 2, 2, "db") == 0;
+    if (hasUnit) number = trim(number.substr(0, number.size() - 2));
+    // No exponents: nobody writes gains with them, and "1e3" would be neither of the two.
+    if (number.find_first_not_of("+-.0123456789") != std::string::npos) return false;
+    if (!hasUnit && number.find_first_of("+-.") == std::string::npos) return false;
+    return parseReal(number, decibels);
+}
+
+bool parseGain(const std::string& text, double* gain) {
+    double decibels = 0;
+    if (parseDecibels(text, &decibels)) {
+        *gain = gainOf(decibels);
+        return true;
+    }
+    int32_t raw = 0;
+    if (!parseNumber(text, &raw) || raw < 0) return false;
+    *gain = raw;
     return true;
 }
 
@@ -91,10 +101,23 @@ std::string format(const char* format, ...) {
     return text;
 }
 
-std::vector<std::string> splitWords(const std::string& line) {
-    std::istringstream stream(line);
+std::string formatDecibels(double decibels) {
+    // No "-0.0".
+    const double rounded = std::round(decibels * 10) / 10;
+    return format("%+.1f dB", rounded == 0 ? 0.0 : rounded);
+}
+
+std::string formatFrequency(double hertz) {
+    return hertz >= 1000 ? formatReal(hertz / 1000) + " kHz" : formatReal(hertz) + " Hz";
+}
+
+std::vector<std::string> splitWords(const std::string& line, const char* separators) {
     std::vector<std::string> words;
-    for (std::string word; stream >> word;) words.push_back(word);
+    for (size_t start = line.find_first_not_of(separators); start != std::string::npos;) {
+        const size_t end = std::min(line.find_first_of(separators, start), line.size());
+        words.push_back(line.substr(start, end - start));
+        start = line.find_first_not_of(separators, end);
+    }
     return words;
 }
 
@@ -102,4 +125,27 @@ std::string joinWords(const std::vector<std::string>& words) {
     std::string line;
     for (const std::string& word : words) line += (line.empty() ? "" : " ") + word;
     return line;
+}
+
+std::string trim(const std::string& text) {
+    const size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos) return "";
+    return text.substr(first, text.find_last_not_of(" \t\r\n") + 1 - first);
+}
+
+std::string lowerCase(const std::string& text) {
+    std::string lower = text;
+    for (char& c : lower) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return lower;
+}
+
+double decibelsOf(double gain) {
+    return gain <= 0 ? kSilence : 20 * std::log10(gain / kNeutralGain);
+}
+
+double gainOf(double decibels) {
+    constexpr double kLoudest = 200;  // far outside of all ranges, and still a whole number
+    return std::round(kNeutralGain * std::pow(10, std::min(decibels, kLoudest) / 20));
 }

@@ -1,9 +1,8 @@
-#include "client/json.h"
+#include "client/library/json.h"
 
 #include <cmath>
-#include <cstdio>
 
-#include "client/parse.h"
+#include "client/library/parse.h"
 
 void Json::separate() {
     if (!mFirst) mText += ',';
@@ -65,6 +64,6 @@ Json& Json::number(double number) {
     return literal(whole ? format("%.0f", number) : formatReal(number));
 }
 
-void Json::print() const {
-    printf("%s\n", mText.c_str());
+Json& Json::boolean(bool value) {
+    return literal(value ? "true" : "false");
 }

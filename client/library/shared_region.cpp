@@ -1,4 +1,4 @@
-#include "client/shared_region.h"
+#include "client/library/shared_region.h"
 
 #include <cutils/ashmem.h>
 #include <sys/mman.h>

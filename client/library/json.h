@@ -1,8 +1,8 @@
 // Writes JSON, a value after the other. Commas and nesting are taken care of; a name goes in front
 // of each value inside an object and of none elsewhere.
 
-#ifndef ZYL_CLIENT_JSON_H
-#define ZYL_CLIENT_JSON_H
+#ifndef ZYL_CLIENT_LIBRARY_JSON_H
+#define ZYL_CLIENT_LIBRARY_JSON_H
 
 #include <string>
 
@@ -15,10 +15,9 @@ class Json {
     // Already valid: a number, true, false or null.
     Json& literal(const std::string& literal);
     Json& number(double number);
+    Json& boolean(bool value);
 
     const std::string& str() const { return mText; }
-    // On standard output, with a line end.
-    void print() const;
 
   private:
     void separate();
@@ -29,4 +28,4 @@ class Json {
     bool mFirst = true;
 };
 
-#endif  // ZYL_CLIENT_JSON_H
+#endif  // ZYL_CLIENT_LIBRARY_JSON_H
