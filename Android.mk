@@ -68,8 +68,22 @@ LOCAL_STATIC_LIBRARIES := libzyl_kwo_service_core libzyl_settings libzyl_driver
 LOCAL_SHARED_LIBRARIES += libcutils libmedia libzyl-kwo-zylcs-conv libzyl_kwo_service_c
 include $(BUILD_EXECUTABLE)
 
-$(call zyl-module,kwoctl,$(patsubst $(LOCAL_PATH)/%,%,$(wildcard $(LOCAL_PATH)/client/*.cpp)))
+zyl-sources = $(patsubst $(LOCAL_PATH)/%,%,$(wildcard $(LOCAL_PATH)/$(1)/*.cpp))
+
+$(call zyl-module,libkwo_client,$(call zyl-sources,client/library))
+LOCAL_SHARED_LIBRARIES += libcutils libzyl_kwo_service_c
+include $(BUILD_STATIC_LIBRARY)
+
+$(call zyl-module,kwoctl,$(call zyl-sources,client))
+LOCAL_MODULE_CLASS := EXECUTABLES
+LOCAL_STATIC_LIBRARIES := libkwo_client
 LOCAL_SHARED_LIBRARIES += libcutils libzyl-kwo-zylcs-conv libzyl_kwo_service_c
+zyl_generated := $(call local-generated-sources-dir)
+$(zyl_generated)/report_page.inc: $(LOCAL_PATH)/client/embed $(LOCAL_PATH)/client/report_page.html
+	mkdir -p $(dir $@)
+	sh $^ >$@
+LOCAL_C_INCLUDES += $(zyl_generated)
+LOCAL_ADDITIONAL_DEPENDENCIES := $(zyl_generated)/report_page.inc
 include $(BUILD_EXECUTABLE)
 
 # The maker's conversion library comes as a binary.

@@ -59,11 +59,14 @@ def in_blueprint(root):
             for name, (kind, _) in bodies.items() if kind in kinds}
 
 
-# Stands for what a tree's make includes: prints what is set, a variable a line, or clears it.
-RULE = """$(foreach v,$(sort $(filter LOCAL_%,$(.VARIABLES))),$(if $(strip $($(v))),$(info $(v) $($(v)))))
+# Stands for what a tree's make includes: prints what is set, a variable a line, or clears it. What a
+# module has generated is made.
+RULE = """all: $(LOCAL_ADDITIONAL_DEPENDENCIES)
+$(foreach v,$(sort $(filter LOCAL_%,$(.VARIABLES))),$(if $(strip $($(v))),$(info $(v) $($(v)))))
 $(info BUILD {kind})
 """
-CLEAR = "$(foreach v,$(filter-out LOCAL_PATH,$(filter LOCAL_%,$(.VARIABLES))),$(eval $(v) :=))\n"
+CLEAR = ("$(foreach v,$(filter-out LOCAL_PATH,$(filter LOCAL_%,$(.VARIABLES))),$(eval $(v) :=))\n"
+         "LOCAL_ADDITIONAL_DEPENDENCIES :=\n")
 KINDS = ("EXECUTABLE", "SHARED_LIBRARY", "STATIC_LIBRARY", "PREBUILT")
 
 
@@ -71,8 +74,8 @@ def read_by_make(root, level):
     """The lines that the rules print for a tree of the API level."""
     with tempfile.TemporaryDirectory() as rules:
         tree = [f"PLATFORM_SDK_VERSION := {level}", f"CLEAR_VARS := {rules}/CLEAR",
-                f"my-dir = {root}", *(f"BUILD_{kind} := {rules}/{kind}" for kind in KINDS),
-                f"include {root}/Android.mk", "all: ;"]
+                f"my-dir = {root}", f"local-generated-sources-dir = {rules}/gen", "all:", *(f"BUILD_{kind} := {rules}/{kind}" for kind in KINDS),
+                f"include {root}/Android.mk"]
         Path(rules, "CLEAR").write_text(CLEAR)
         for kind in KINDS:
             Path(rules, kind).write_text(RULE.replace("{kind}", kind))
@@ -100,7 +103,7 @@ def in_makefile(root, level):
         modules[name] = Module(words[0], take("SRC_FILES"), take("CFLAGS", "CPPFLAGS"),
                                take("SHARED_LIBRARIES", "STATIC_LIBRARIES"), take("MULTILIB"),
                                take("INIT_RC"), take("EXPORT_C_INCLUDE_DIRS"))
-        take("C_INCLUDES")
+        take("C_INCLUDES", "ADDITIONAL_DEPENDENCIES")
         if said:
             raise ValueError(f"Android.mk: {name}: not of API 24: {' '.join(said)}")
     return modules
@@ -124,7 +127,8 @@ def in_cmake(root, commands):
         for target, libraries in re.findall(r"target_link_libraries\((\S+)([^)]*)\)", text):
             modules[target].libraries = {
                 LIBRARIES.get(name, "lib" + name.removeprefix("platform::"))
-                for name in re.findall(r"(?:platform::|lab::|zyl_)\w+", libraries)}
+                for name in re.findall(r"[\w:]+", libraries)
+                if not re.fullmatch(r"PUBLIC|PRIVATE|zyl::.*", name)}
     return modules
 
 
