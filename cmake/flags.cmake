@@ -1,5 +1,5 @@
-# The one place for compile flags. What ships and the client link `zyl::shipped_flags`, the lab, the
-# benchmarks and the tests `zyl::flags`.
+# The one place for compile flags. What ships, the client and the example link `zyl::shipped_flags`, the
+# lab, the benchmarks and the tests `zyl::flags`.
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
