@@ -28,7 +28,11 @@ expect 'and gets what the DSP has through memory and through a file' 'the block 
     "$(grep -h 'the block' /tmp/memory /tmp/file | paste -sd ' ')"
 
 while read -r domain user files; do
-    expect "$domain does all operations" "$(cat /tmp/operations)" "$(client "$domain" "$user" operations)"
+    # There is one right to call: what some applications may call, all may.
+    case $domain in untrusted* | platform* | priv* | system_server)
+        expect "$domain does all operations" "$(cat /tmp/operations)" "$(client "$domain" "$user" operations)"
+        ;;
+    esac
     expect "$domain shares memory" "$(cat /tmp/memory)" "$(client "$domain" "$user" memory)"
     [ -z "$files" ] || expect "$domain shares a file" "$(cat /tmp/file)" \
         "$(client "$domain" "$user" file "$files")"
@@ -41,7 +45,8 @@ radio 1001
 bluetooth 1002
 system_server 1000
 END
-expect 'audioserver does all operations' "$(cat /tmp/operations)" "$(client audioserver 1041 operations)"
+expect 'audioserver calls' "$(service call zyl_kwo_service 2)" \
+    "$(as audioserver 1041 service call zyl_kwo_service 2)"
 expect 'levels are in force: an application with other categories cannot open the file' \
     'Permission denied' "$(as untrusted_app:s0:c513,c768 10057 cat /data/data/untrusted_app/region 2>&1 |
         sed 's/.*: //')"
