@@ -95,6 +95,8 @@ int main() {
         if (size <= 0) continue;
         message[size] = '\0';
         const std::string node = nodeThatCame(message, static_cast<size_t>(size));
-        if (!node.empty()) applyTo(node, rules);
+        if (node.empty()) continue;
+        applyTo(node, rules);
+        fprintf(stderr, "ueventd: %s is ready\n", node.c_str());
     }
 }
