@@ -36,8 +36,7 @@ end_of_cases() {
 
 # reply CODE [ARGUMENT]...: the words of the service's reply, in hex, or the error's number.
 reply() {
-    # service would take negative numbers for options.
-    POSIXLY_CORRECT=1 service call zyl_kwo_service "$@" |
+    service call zyl_kwo_service "$@" |
         sed -n 's/0x0000[0-9a-f]*: //; s/Result: Parcel(//; s/^NULL)//; s/Error: \(0x[0-9a-f]*\).*/\1/; s/ *'\''.*//; s/^ *//; /./p' |
         paste -sd ' '
 }
