@@ -40,8 +40,9 @@ void watchServiceManager() {
     ProcessState::self()->getContextObject(nullptr)->linkToDeath(watch);
 }
 
-// The registration keeps the service alive. When it is refused, the process ends soon, and whether
-// the service's destructor still saves the settings does not matter: they are those of the file.
+// The registration keeps the service alive. When it is refused, the process ends. Whether the
+// object is destroyed before, and saves its settings once more, depends on the kernel, which may
+// still hold it. Nothing depends on that, as no client has called.
 status_t registerService() {
     const sp<zyl_kwo_service> service = new zyl_kwo_service;
     // A dump writes to a client's descriptor; a client that closed the other end must not end the

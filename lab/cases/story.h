@@ -14,8 +14,8 @@
 // not announced, and [SIZE@OFFSET] that it had another size or offset than its row. What has no
 // short form stays as it is.
 //
-// Those who write stories may write them shorter: W012 is W0 W1 W2, C01 is C0 C1, w2.12=3 is w2.1=3 w2.2=3, and
-// z14-25 clears each of those rows in blocks 1 and 2.
+// Those who write stories may write them shorter: W012 is W0 W1 W2, C01 is C0 C1, w2.12=3 is w2.1=3
+// w2.2=3, and z14-25 clears each of those rows in blocks 1 and 2.
 
 #ifndef ZYL_LAB_CASES_STORY_H
 #define ZYL_LAB_CASES_STORY_H

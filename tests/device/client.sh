@@ -7,7 +7,7 @@ call() {
 }
 
 # Each operation once, with arguments that leave the settings as they are from the second time on. The
-# number among the bytes is an identifier of four letters.
+# number among the bytes is a name of four letters.
 operations() {
     while read -r words; do
         # shellcheck disable=SC2086
