@@ -28,10 +28,29 @@ run_step() {
     return "$status"
 }
 
-# step NAME MESSAGE COMMAND...: a long run_step, announced.
+# Says every ten seconds how far the step with this log is, where the log counts: [12/34].
+tell_progress() {
+    local log=$1 count nothing
+    # Waits on something that never comes, without a process of its own, which would outlive this one.
+    exec {nothing}<> <(:)
+    until read -rt 10 -u "$nothing"; do
+        count=$(grep -oE '^\[[0-9]+/[0-9]+\]' "$log" | tail -n 1)
+        [[ -z $count ]] || say "  $count"
+    done
+}
+
+# step NAME MESSAGE COMMAND...: a long run_step, announced, that tells how far it is.
 step() {
+    local teller status=0
     say "$2 ..."
-    run_step "$1" "${@:3}"
+    mkdir -p "$BUILD/log"
+    : >"$BUILD/log/$1.log"
+    tell_progress "$BUILD/log/$1.log" &
+    teller=$!
+    run_step "$1" "${@:3}" || status=$?
+    kill "$teller" 2>/dev/null || true
+    wait "$teller" 2>/dev/null || true
+    return "$status"
 }
 
 # A short key for the contents of the named files and the text of the other arguments.
@@ -84,10 +103,9 @@ with_lock() {
     ) 9>"$BUILD/$name.lock"
 }
 
-# build_preset PRESET [TARGET...]: configures and builds in build/PRESET what is out of date.
-build_preset() {
+# configure_preset PRESET: makes build/PRESET, unless it is there and stands on the platform in use.
+configure_preset() {
     local preset=$1 directory=$BUILD/$1 platform built_on
-    shift
     platform=$(readlink "$BUILD"/{sysroot,platform/{armhf,native},dbus} || true)
     built_on=$(cat "$directory/platform" 2>/dev/null || true)
     if [[ ! -e $directory/build.ninja || $built_on != "$platform" ]]; then
@@ -95,6 +113,13 @@ build_preset() {
             cmake --fresh --preset "$preset")
         printf '%s\n' "$platform" >"$directory/platform"
     fi
+}
+
+# build_preset PRESET [TARGET...]: configures and builds in build/PRESET what is out of date.
+build_preset() {
+    local preset=$1 directory=$BUILD/$1
+    shift
+    configure_preset "$preset"
     ! ninja -C "$directory" -n "$@" | grep -q 'no work to do' || return 0
     step "build-$preset" "Building \"$preset\"" ninja -C "$directory" "$@"
 }
