@@ -11,8 +11,12 @@ using android::status_t;
 namespace {
 
 // In bytes. The base class reads the platform's own requests (a dump, a shell command) string by
-// string, for as long as there is something to read. None of them needs more than this.
+// string, for as long as there is something to read. None of them needs more than this, or ends in
+// less than a word, which would be there to read for ever.
 constexpr size_t kLargestPlatformRequest = 1024;
+bool isPlatformRequest(const Parcel& data) {
+    return data.dataSize() <= kLargestPlatformRequest && data.dataSize() % sizeof(int32_t) == 0;
+}
 
 status_t getPlatformInfo(const Transaction& call) {
     constexpr char kFailure[] = "%s: Error writing platform info to reply";
@@ -237,9 +241,7 @@ size_t objectsOf(uint32_t code) {
 
 status_t Bn_zyl_kwo_service::onTransact(uint32_t code, const Parcel& data, Parcel* reply,
                                         uint32_t flags) {
-    if (code > LAST_CALL_TRANSACTION && data.dataSize() > kLargestPlatformRequest) {
-        return android::BAD_VALUE;
-    }
+    if (code > LAST_CALL_TRANSACTION && !isPlatformRequest(data)) return android::BAD_VALUE;
     const Handler handler = handlerFor(code);
     if (handler == nullptr && code != CHECKED_UNKNOWN) {
         return BBinder::onTransact(code, data, reply, flags);

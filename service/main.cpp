@@ -35,9 +35,9 @@ class ServiceManagerWatch : public IBinder::DeathRecipient {
 };
 
 // The watch lives as long as the process; nothing unlinks it.
-void watchServiceManager() {
+void watch(const sp<IServiceManager>& manager) {
     static const sp<ServiceManagerWatch> watch = new ServiceManagerWatch;
-    ProcessState::self()->getContextObject(nullptr)->linkToDeath(watch);
+    IInterface::asBinder(manager)->linkToDeath(watch);
 }
 
 // The registration keeps the service alive. When it is refused, the process ends. Whether the
@@ -48,8 +48,10 @@ status_t registerService() {
     // A dump writes to a client's descriptor; a client that closed the other end must not end the
     // process.
     signal(SIGPIPE, SIG_IGN);
-    watchServiceManager();
-    return defaultServiceManager()->addService(String16(kZylKwoServiceName), service, false);
+    // Waits for one, where init started this service sooner.
+    const sp<IServiceManager> manager = defaultServiceManager();
+    watch(manager);
+    return manager->addService(String16(kZylKwoServiceName), service, false);
 }
 
 }  // namespace

@@ -49,9 +49,9 @@ constexpr int kBluetoothAccessoryMode = 3;
 
 zylKwoErrors zylSettingsStructMaldor::loadQuorinPipeline(const std::string& path, Record* record) {
     // The library is not given a size. It takes a record to be as large as the pipeline that it
-    // reports.
+    // reports; of one beyond all measure the size is told here as 0.
     const uint32_t reported = reportedPipelineSize();
-    if (reported > kQuorinPipelineSize) {
+    if (reported == 0 || reported > kQuorinPipelineSize) {
         logError("zylKwoErrors", "loadQuorinPipeline(std::string, zylZylcsQuorinPipeLine **)",
                  "a record holds %u bytes, the library's pipeline has %u (file:%s)",
                  kQuorinPipelineSize, reported, path.c_str());

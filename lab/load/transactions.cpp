@@ -1,6 +1,6 @@
 #include "lab/load/transactions.h"
 
-#include <binder/IBinder.h>
+#include <binder/Binder.h>
 
 #include <algorithm>
 #include <iterator>
@@ -43,9 +43,41 @@ bool TransactionSource::next(Transaction* transaction) {
         data.writeInterfaceToken(android::String16(kDescriptor));
     }
     for (char kind : shape->arguments) writeArgument(kind, transaction);
-    // Cut off somewhere, but never in the middle of a descriptor.
-    if (rarely() && data.objectsCount() == 0) data.setDataSize(byte() % (data.dataSize() + 1));
+    if (rarely()) misuse(transaction);
+    const bool takesOne = known != nullptr && known->arguments.find('D') != std::string::npos;
+    transaction->misused = transaction->flags != 0 || data.objectsCount() > (takesOne ? 1 : 0);
     return true;
+}
+
+// As no client is meant to call.
+void TransactionSource::misuse(Transaction* transaction) {
+    android::Parcel& data = transaction->data;
+    const uint32_t choice = byte();
+    switch (choice % 5) {
+        case 0: transaction->flags = android::IBinder::FLAG_ONEWAY; return;
+        case 1:
+            for (uint32_t i = 0; i < 1 + choice / 64; ++i) data.writeDupFileDescriptor(mRegion);
+            return;
+        case 2: data.writeStrongBinder(new android::BBinder); return;
+        case 3: return askPlatform(transaction);
+        default:
+            // Cut off somewhere, but never in the middle of a descriptor.
+            if (data.objectsCount() == 0) data.setDataSize(byte() % (data.dataSize() + 1));
+    }
+}
+
+// What the base class answers, in any size. A dump is for callers who wait for the permission
+// service.
+void TransactionSource::askPlatform(Transaction* transaction) {
+    constexpr uint32_t kRequests[] = {
+            android::IBinder::PING_TRANSACTION, android::IBinder::INTERFACE_TRANSACTION,
+            android::IBinder::SHELL_COMMAND_TRANSACTION, android::IBinder::SYSPROPS_TRANSACTION};
+    android::Parcel& data = transaction->data;
+    const uint32_t choice = byte();
+    transaction->code = kRequests[choice % std::size(kRequests)];
+    transaction->reply = "-";
+    for (uint32_t words = word(2) % 2048; words > 0; --words) data.writeUint32(word(4));
+    if (data.objectsCount() == 0) data.setDataSize(data.dataSize() - choice / 64);
 }
 
 // Little-endian.

@@ -19,6 +19,9 @@ struct Transaction {
     // What the service may keep for good if it takes the call: a region, a blob.
     bool handsRegionOver = false;
     size_t keptBytes = 0;
+    uint32_t flags = 0;
+    // One-way, or with objects that the code does not take: one that is answered refuses it.
+    bool misused = false;
 };
 
 class TransactionSource {
@@ -44,6 +47,8 @@ class TransactionSource {
     bool rarely() { return mForm == kAnything && byte() >= 0xF0; }
     void writeArgument(char kind, Transaction* transaction);
     void writeBlob(Transaction* transaction);
+    void misuse(Transaction* transaction);
+    void askPlatform(Transaction* transaction);
     uint32_t plausible(char kind);
 
     const uint8_t* mNext;

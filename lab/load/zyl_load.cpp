@@ -103,7 +103,7 @@ void makeCalls(unsigned seed, unsigned long number, TransactionSource::Form form
         ++made;
         Parcel reply;
         const android::status_t status =
-                service->transact(transaction.code, transaction.data, &reply);
+                service->transact(transaction.code, transaction.data, &reply, transaction.flags);
         ++counts->calls;
         counts->known += *transaction.reply != '-';
         ++(status == android::NO_ERROR ? counts->done : counts->refused);
@@ -111,7 +111,7 @@ void makeCalls(unsigned seed, unsigned long number, TransactionSource::Form form
             ++counts->died;
             service = findService();
         }
-        if (status != android::NO_ERROR) continue;
+        if (status != android::NO_ERROR || transaction.misused) continue;
         counts->kept += transaction.keptBytes;
         counts->regions += transaction.handsRegionOver && reply.readInt32() == 0;
     }

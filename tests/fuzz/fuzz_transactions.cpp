@@ -97,10 +97,18 @@ int32_t checkReply(const Transaction& call, bool opened, android::status_t statu
     const char* kind = call.reply;
     const bool answers = *kind != '-';
     const bool mayFail = *kind == '?';
+    if (call.code > android::IBinder::LAST_CALL_TRANSACTION) {
+        expect(status == android::NO_ERROR || status == android::BAD_VALUE,
+               "what the platform asks for is answered, or too large");
+        return 0;
+    }
     if (!opened && (answers || call.code == Izyl_kwo_service::CHECKED_UNKNOWN)) {
         expect(status == android::PERMISSION_DENIED, "only the token opens the service");
     } else if (!answers) {
         expect(status == android::UNKNOWN_TRANSACTION, "a code that is not known is not answered");
+    } else if (call.misused) {
+        expect(status == android::BAD_TYPE || status == android::INVALID_OPERATION,
+               "one-way calls and objects are refused");
     } else if (status != android::NO_ERROR) {
         expect(mayFail && status == android::FAILED_TRANSACTION, "a call is answered");
     }
@@ -186,13 +194,13 @@ void makeCall(android::IBinder& service, const Transaction& call, bool calm) {
     const size_t mapped = sharedMappings().size();
     const long from = mostLiveBytes = liveBytes;
     setFault(&fault);
-    const android::status_t status = service.transact(call.code, call.data, &reply);
+    const android::status_t status = service.transact(call.code, call.data, &reply, call.flags);
     setFault(nullptr);
     expect(mostLiveBytes - from <= kMostAllocated, "a call takes no more memory than its blobs do");
     const int32_t result = checkReply(call, opened, status, reply);
     if (status == android::NO_ERROR) answered.emplace(generation, call.code);
-    if (opened && call.code == 3001) hasRegion = sharedMappings().size() > mapped;
-    if (opened && (call.code == 3002 || call.code == 3003)) {
+    if (opened && !call.misused && call.code == 3001) hasRegion = sharedMappings().size() > mapped;
+    if (opened && !call.misused && (call.code == 3002 || call.code == 3003)) {
         expect((result == kZylKwoNoSharedRegion) != hasRegion, "only a region can be copied");
     }
     if (!sets) return;

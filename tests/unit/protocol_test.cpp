@@ -4,6 +4,8 @@
 #include <binder/Parcel.h>
 #include <unistd.h>
 
+#include <climits>
+
 #include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
 
@@ -147,6 +149,12 @@ TEST(Dispatcher, WhatThePlatformAsksForIsBoundedBySize) {
          {android::IBinder::DUMP_TRANSACTION, android::IBinder::SHELL_COMMAND_TRANSACTION,
           android::IBinder::INTERFACE_TRANSACTION}) {
         EXPECT_EQ(transact(*service, code, Words(257)).status, android::BAD_VALUE);
+        // Arguments without end, of which the last is less than a word.
+        android::Parcel data;
+        android::Parcel reply;
+        for (int i = 0; i < 5; ++i) data.writeInt32(INT_MAX);
+        data.setDataSize(data.dataSize() - 1);
+        EXPECT_EQ(service->transact(code, data, &reply), android::BAD_VALUE);
     }
     EXPECT_EQ(transact(*service, android::IBinder::INTERFACE_TRANSACTION, Words(100)).status,
               NO_ERROR);
