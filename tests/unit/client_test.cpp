@@ -90,7 +90,7 @@ TEST(Curve, IsBroughtToTheBands) {
             // What lies between two bands does not reach them.
             {"GraphicEQ: 1000 0; 1414 9; 2000 0", {0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 1},
             // Out of range at the ends; the equaliser goes from -15 to +18.
-            {"GraphicEQ: 31.25 -20; 16000 25", {-15, -15, -10, -5, 0, 5, 10, 15, 18.1, 18.1}, 4},
+            {"GraphicEQ: 31.25 -20; 16000 25", {-15, -15, -10, -5, 0, 5, 10, 15, 18.1, 18.1}, 3},
             {"Preamp: -3.5 dB\nFilter 1: ON PK Fc 1000 Hz Gain 3.5 dB Q 8\n"
              "Filter 2: OFF PK Fc 62.5 Hz Gain 9 dB Q 1\nFilter 3: ON None",
              {-3.5, -3.5, -3.5, -3.5, -3.5, 0, -3.5, -3.5, -3.5, -3.5},
