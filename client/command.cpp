@@ -38,6 +38,11 @@ Command& Command::withoutService() {
     return *this;
 }
 
+Command& Command::waiting() {
+    waits = true;
+    return *this;
+}
+
 Command& Command::explained(const std::string& text) {
     details = text;
     return *this;
@@ -57,8 +62,9 @@ Command also(const char* arguments, const char* summary) {
 }
 
 std::vector<const CommandTable*> commandTables() {
-    return {&settingCommands(), &equaliserCommands(), &snapshotCommands(), &trialCommands(),
-            &historyCommands(), &tuningCommands(),    &blockCommands(),    &otherCommands()};
+    return {&settingCommands(), &equaliserCommands(), &snapshotCommands(),
+            &trialCommands(),   &historyCommands(),   &comparisonCommands(),
+            &tuningCommands(),  &blockCommands(),     &otherCommands()};
 }
 
 const Command* findCommand(const std::string& name) {

@@ -35,11 +35,13 @@ struct Command {
     size_t most = 0;
     Needs needs = kService;  // then the session is connected when the command runs
     unsigned options = kNone;
+    bool waits = false;  // for a person or for time to pass, not for the service
 
     // For the makers below, one after the other.
     Command& takes(size_t fewestArguments, size_t mostArguments);
     Command& with(unsigned someOptions);
     Command& withoutService();
+    Command& waiting();
     Command& explained(const std::string& text);
 };
 
@@ -55,6 +57,7 @@ const CommandTable& equaliserCommands();
 const CommandTable& snapshotCommands();
 const CommandTable& trialCommands();
 const CommandTable& historyCommands();
+const CommandTable& comparisonCommands();
 const CommandTable& tuningCommands();
 const CommandTable& blockCommands();
 const CommandTable& otherCommands();

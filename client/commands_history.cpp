@@ -189,6 +189,7 @@ const CommandTable& historyCommands() {
                     .explained(kHistoryDetails),
             command("watch", "", "print changes as they come", watch)
                     .with(Command::kInterval)
+                    .waiting()
                     .explained(kWatchDetails),
     };
     return table;

@@ -1,14 +1,12 @@
-// Trials: what is set goes back by itself unless it is kept. Comparison of two snapshots by ear.
+// Trials: what is set goes back by itself unless it is kept.
 
 #include <unistd.h>
 
 #include <chrono>
-#include <random>
 
 #include "client/change.h"
 #include "client/console.h"
 #include "client/library/parse.h"
-#include "client/library/snapshot.h"
 #include "client/terminal.h"
 
 namespace {
@@ -152,124 +150,6 @@ Outcome keep(Session& session, const Arguments&) {
     return done();
 }
 
-// Comparison by ear.
-
-struct Side {
-    std::string source;
-    Wanted wanted;
-    std::string label;  // as it is shown: A and B, or, blind, X and Y
-};
-
-bool sets(const Wanted& wanted, const Property& property) {
-    for (const Change& change : wanted.changes) {
-        if (change.property == &property) return true;
-    }
-    return false;
-}
-
-// Takes what only the other side sets from what the device holds now.
-void complete(const State& present, const Wanted& other, Wanted* wanted) {
-    for (const Reading& reading : present) {
-        if (sets(*wanted, *reading.property) || !sets(other, *reading.property)) continue;
-        wanted->changes.push_back({reading.property, reading.value});
-    }
-}
-
-Outcome readSides(Session& session, const Arguments& arguments, Side (&sides)[2]) {
-    State present;
-    Outcome outcome = readState(session, settable, &present);
-    removeUntold(&present);
-    for (size_t i = 0; i < 2 && outcome.ok(); ++i) {
-        sides[i].source = arguments[i];
-        outcome = wantSnapshot(session, arguments[i], &sides[i].wanted);
-    }
-    if (!outcome.ok()) return outcome;
-    complete(present, sides[1].wanted, &sides[0].wanted);
-    complete(present, sides[0].wanted, &sides[1].wanted);
-    const bool swapped = session.options.blind && std::random_device()() % 2 == 1;
-    if (swapped) std::swap(sides[0], sides[1]);
-    sides[0].label = session.options.blind ? "X" : "A";
-    sides[1].label = session.options.blind ? "Y" : "B";
-    return done();
-}
-
-void printSide(const Session& session, const Side& side) {
-    if (session.options.json) {
-        Json json;
-        print(json.open('{').name("hears").text(side.label).close());
-        return;
-    }
-    printf("%-14s %s\n", side.label.c_str(), session.options.blind ? "" : side.source.c_str());
-    fflush(stdout);
-}
-
-void printSolution(const Session& session, const Side (&sides)[2], const Side* kept) {
-    Json json;
-    json.open('{');
-    for (const Side& side : sides) {
-        json.name(side.label).text(side.source);
-        if (!session.options.json) printf("%s was %s\n", side.label.c_str(), side.source.c_str());
-    }
-    json.name("kept");
-    if (kept == nullptr) {
-        json.literal("null");
-    } else {
-        json.text(kept->source);
-    }
-    if (session.options.json) {
-        print(json.close());
-    } else {
-        printf("%s\n", kept == nullptr ? "as before" : ("kept: " + kept->source).c_str());
-    }
-}
-
-// Until the person at the keys has enough. Null when nothing is to be kept.
-Outcome listen(Session& session, Trial& trial, const Side (&sides)[2], const Side** kept) {
-    const Interrupts interrupts;
-    Keyboard keyboard;
-    size_t heard = 0;
-    for (bool apply = true;;) {
-        if (apply) {
-            ChangeRequest request = makeRequest(session, sides[heard].wanted);
-            request.progress = nullptr;
-            const Outcome outcome = trial.apply(request);
-            if (!outcome.ok()) return outcome;
-            printSide(session, sides[heard]);
-        }
-        const int key = keyboard.next(kLookMilliseconds);
-        const HistoryEntry::State state = trial.state();
-        if (key == 'k' || state == HistoryEntry::kKeep) {
-            *kept = &sides[heard];
-            return done();
-        }
-        if (key == 'q' || key == Keyboard::kEnd || interrupts.happened() ||
-            state == HistoryEntry::kBack) {
-            return done();
-        }
-        apply = key == ' ' || key == '\n' || key == '\r' || key == '\t';
-        if (apply) heard = 1 - heard;
-    }
-}
-
-Outcome compareByEar(Session& session, const Arguments& arguments) {
-    Side sides[2];
-    Outcome outcome = readSides(session, arguments, sides);
-    Trial trial(session);
-    if (outcome.ok()) outcome = trial.begin(session.command);
-    if (!outcome.ok()) return outcome;
-    if (!session.options.json) {
-        fprintf(stderr, "space switches, k keeps what is heard, q goes back to what was before\n");
-    }
-    const Side* kept = nullptr;
-    const Outcome listened = listen(session, trial, sides, &kept);
-    bool keptByOther = false;
-    outcome = kept != nullptr && listened.ok() ? trial.keep()
-                                               : trial.goBack(session.patience(), &keptByOther);
-    if (!listened.ok()) return listened;
-    if (outcome.ok()) printSolution(session, sides, kept);
-    return outcome;
-}
-
 constexpr char kTryDetails[] =
         "Applies it, counts down, and goes back to what was before, unless kwoctl keep, from\n"
         "anywhere, or Enter comes. It also goes back on Ctrl-C, when the terminal is lost, when "
@@ -279,26 +159,17 @@ constexpr char kTryDetails[] =
         "one trial at a time; kwoctl undo ends it at once.\n"
         "    kwoctl try 30 set stereo=3\n"
         "    kwoctl try 20 geq load warm.txt\n";
-constexpr char kAbDetails[] =
-        "Switches between two snapshots, presets or files, whenever the space bar is pressed: k\n"
-        "keeps what is heard, q goes back to what was before. With --blind they are called X and "
-        "Y\n"
-        "until the end.\n";
-
 }  // namespace
 
 const CommandTable& trialCommands() {
     static const CommandTable table = {
             command("try", "SECONDS COMMAND...",
                     "set something that goes back by itself; COMMAND is", tryOut)
+                    .waiting()
                     .takes(2, kAnyNumberOfArguments)
                     .explained(kTryDetails),
             also("", "  set KEY=VALUE..., restore FILE, geq load FILE, preset load NAME"),
             command("keep", "", "keep what is tried", keep).withoutService(),
-            command("ab", "A B", "switch between two snapshots at a key", compareByEar)
-                    .takes(2, 2)
-                    .with(Command::kBlind)
-                    .explained(kAbDetails),
     };
     return table;
 }

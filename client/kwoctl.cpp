@@ -1,5 +1,7 @@
 // kwoctl: the audio-effect service from the command line.
 
+#include <memory>
+
 #include "client/command.h"
 #include "client/console.h"
 #include "client/help.h"
@@ -77,7 +79,8 @@ Outcome runCommandLine(const Given& given) {
     const Outcome usage = given.help ? done() : checkUsage(*command, given);
     if (!usage.ok()) return usage;
     Session session(given.options, joinWords(words));
-    const Patience patience(session);
+    std::unique_ptr<Patience> patience;
+    if (!command->waits) patience = std::make_unique<Patience>(session);
     return run(*command, session, Arguments(words.begin() + 1, words.end()));
 }
 

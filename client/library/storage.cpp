@@ -38,8 +38,9 @@ Outcome makeStorage(const std::string& part) {
     const std::string directory = storageDirectory() + part;
     for (size_t slash = 1; (slash = directory.find('/', slash)) != std::string::npos; ++slash) {
         const std::string parent = directory.substr(0, slash);
-        // Those that are there already may be others' and not writable.
-        if (mkdir(parent.c_str(), 0700) != 0 && errno != EEXIST) {
+        // Those above are for all users; they are mostly there already.
+        const mode_t mode = parent.size() + 1 < storageDirectory().size() ? 0771 : 0700;
+        if (mkdir(parent.c_str(), mode) != 0 && errno != EEXIST) {
             return refusal(parent, strerror(errno), "set KWOCTL_DIR to a directory of yours");
         }
     }

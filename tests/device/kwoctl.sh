@@ -5,6 +5,10 @@
 
 head -c 100 /etc/zyl/speaker_0 >/tmp/short
 printf 'stereo 2\n\nlevels 1 2\n' >/tmp/bad
+printf '# ten\n0.0 0dB +0.5 4096\n+3 dB, 4096\t4096 4096\n-15.0, -20dB\n' >/tmp/ten
+printf 'Preamp: -6 dB\nGraphicEQ: 1000 6; 4000 12; 20000 12\n' >/tmp/graphic
+# Whatever user runs this, where its changes are recorded.
+export KWOCTL_DIR=/tmp/kwoctl
 run_commands /tests/cases/kwoctl_torvane.txt
 kwoctl reload >/dev/null
 sed 's/torvane/maldor/' /tmp/on >/tmp/other
@@ -24,7 +28,7 @@ expect 'which is named' 'block 1 lineout    2 differences, from /etc/zyl/lineout
   stereo-mode    offset    64, 4 bytes: expected 1, found 2
   data           offset  2000, 2 bytes: expected'" $(od -An -tu2 -j 2000 -N 2 /etc/zyl/lineout_3 | tr -d ' '), found 0" "$(cat /tmp/out)"
 kwoctl reload on >/dev/null
-expect 'forced mode is recognised' '  forced mode seems to be on; to end it: kwoctl reload off' "$(kwoctl verify 2 | tail -n 1)"
+expect 'forced mode is recognised' 'block 2 bluetooth  forced mode, to end it: kwoctl reload off; else as it should be, from /etc/zyl/bluetooth_0' "$(kwoctl verify 2)"
 kwoctl reload >/dev/null
 expect_status 'and a rebuild puts it right' 0 kwoctl verify
 kwoctl block fetch 1 - >/tmp/after 2>/dev/null
@@ -49,7 +53,7 @@ expect_status 'output that cannot be written is no success' 1 sh -c 'kwoctl stat
 expect_status 'kwoctl alone is a wrong usage' 2 kwoctl
 expect_status 'kwoctl help helps' 0 kwoctl help
 commands=$(awk '/^  [a-z]/ { print $1 }' /tmp/out)
-expect 'with every command' 'block diff disable effect enable geq get help levels listening-test mask raw reload report restore route set snapshot status stereo tune tuning verify version' \
+expect 'with every command' 'ab block diff disable effect enable geq get help history keep levels listening-test mask preset raw reload report restore route set snapshot status stereo try tune tuning undo verify version watch' \
     "$(echo "$commands" | sort | paste -sd ' ')"
 for command in $commands; do
     expect "$command has a help of its own and is in the manual" "Usage: kwoctl $command yes" \

@@ -1,0 +1,396 @@
+// What the client's library decides by itself: how arguments, curves and snapshots are read, which
+// steps a change takes, what a history takes back.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cmath>
+
+#include "client/library/curve.h"
+#include "client/library/filters.h"
+#include "client/library/history.h"
+#include "client/library/parse.h"
+#include "client/library/shared_region.h"
+#include "client/library/snapshot.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const Bands kOctaves = {31.25, 62.5, 125, 250, 500, 1000, 2000, 4000, 8000, 16000};
+
+TEST(Parse, GainsFollowOneRule) {
+    const struct {
+        const char* text;
+        double gain;  // -1: none
+    } kRows[] = {
+            {"4096", 4096},      {"0", 0},        {"+0", 4096},  {"0.5", 4339},
+            {"+3db", 5786},      {"+3 dB", 5786}, {"3dB", 5786}, {"-1.5", 3446},
+            {".5 DB", 4339},     {"5", 5},        {"1e3", -1},   {"", -1},
+            {"dB", -1},          {"+", -1},       {"3 d", -1},   {"0x1000", 4096},
+            {"99999999999", -1},
+    };
+    for (const auto& row : kRows) {
+        double gain = -1;
+        parseGain(row.text, &gain);
+        EXPECT_EQ(row.gain, gain) << row.text;
+    }
+}
+
+TEST(Parse, NumbersEndWhereAWordEnds) {
+    const struct {
+        const char* text;
+        int64_t number;  // INT64_MIN: none
+    } kRows[] = {
+            {"-2147483648", INT32_MIN},
+            {"2147483647", INT32_MAX},
+            {"2147483648", INT64_MIN},
+            {"-2147483649", INT64_MIN},
+            {"0xffffffff", -1},
+            {"0x100000000", INT64_MIN},
+            {"-0x1", INT64_MIN},
+            {" 1", INT64_MIN},
+            {"1 ", INT64_MIN},
+            {"+1", INT64_MIN},
+            {"-", INT64_MIN},
+            {"", INT64_MIN},
+            {"99999999999999999999", INT64_MIN},
+    };
+    for (const auto& row : kRows) {
+        int32_t number = 0;
+        EXPECT_EQ(row.number != INT64_MIN, parseNumber(row.text, &number)) << row.text;
+        EXPECT_EQ(row.number == INT64_MIN ? 0 : row.number, number) << row.text;
+    }
+}
+
+// Curves
+
+// The gains in decibels, to a tenth.
+std::vector<double> decibels(const Curve& curve) {
+    std::vector<double> rounded;
+    for (double gain : curve.gains) rounded.push_back(std::round(decibelsOf(gain) * 10) / 10 + 0.0);
+    return rounded;
+}
+
+TEST(Curve, IsBroughtToTheBands) {
+    const struct {
+        const char* text;
+        std::vector<double> wanted;
+        size_t lost;
+    } kRows[] = {
+            {"4096 +3 dB -1.5dB 0.5\n# remark\n0dB,0dB,0dB, 0dB 0dB\t32767 # the last",
+             {0, 3, -1.5, 0.5, 0, 0, 0, 0, 0, 18.1},
+             0},
+            // Level outside of the points, straight over the logarithm between them.
+            {"GraphicEQ: 125 -6; 500 2", {-6, -6, -6, -2, 2, 2, 2, 2, 2, 2}, 0},
+            {"Preamp: -4 dB\nGraphicEQ: 1000 6;", {2, 2, 2, 2, 2, 2, 2, 2, 2, 2}, 0},
+            // What lies between two bands does not reach them.
+            {"GraphicEQ: 1000 0; 1414 9; 2000 0", {0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 1},
+            // Out of range at the ends; the equaliser goes from -15 to +18.
+            {"GraphicEQ: 31.25 -20; 16000 25", {-15, -15, -10, -5, 0, 5, 10, 15, 18.1, 18.1}, 3},
+            {"Preamp: -3.5 dB\nFilter 1: ON PK Fc 1000 Hz Gain 3.5 dB Q 8\n"
+             "Filter 2: OFF PK Fc 62.5 Hz Gain 9 dB Q 1\nFilter 3: ON None",
+             {-3.5, -3.5, -3.5, -3.5, -3.5, 0, -3.5, -3.5, -3.5, -3.5},
+             0},
+            {"filter  1: on  ls fc  10 hz  gain  6 db\nFilter 2: ON LPQ Fc 20 Hz Q 1",
+             {0.0, 0, 0, 0, 0, 0, 0, 0, 0, 0},
+             2},
+    };
+    for (const auto& row : kRows) {
+        Curve curve;
+        const Outcome outcome = parseCurve("f", row.text, kOctaves, &curve);
+        ASSERT_TRUE(outcome.ok()) << row.text << outcome.why;
+        const std::vector<double> found = decibels(curve);
+        for (size_t band = 0; band < row.wanted.size(); ++band) {
+            EXPECT_NEAR(row.wanted[band], found[band], 0.11) << row.text << " band " << band;
+        }
+        EXPECT_EQ(row.lost, curve.lost.size()) << row.text << testing::PrintToString(curve.lost);
+    }
+}
+
+TEST(Curve, SaysWhatIsWrong) {
+    const struct {
+        const char* text;
+        const char* why;
+    } kRows[] = {
+            {"", "of which it has 0"},
+            {"1 2 3", "1 is out of range"},
+            {"4096 4096", "of which it has 2"},
+            {"4096 loud", "'loud' is not a gain"},
+            {"GraphicEQ: 100 1; 50 2", "'50 2' is not above"},
+            {"GraphicEQ: 100", "'100' is not a frequency and a gain"},
+            {"GraphicEQ:", "no points"},
+            {"GraphicEQ: 0 1", "not a frequency"},
+            {"Preamp: loud\nGraphicEQ: 9 1", "no gain"},
+            {"Filter 1: ON PK Fc 100 Hz Q 1", "no Fc or no Gain"},
+            {"Filter 1: ON PK Fc 100 Hz Gain 1 dB", "no Q"},
+    };
+    for (const auto& row : kRows) {
+        Curve curve;
+        const Outcome outcome = parseCurve("f", row.text, kOctaves, &curve);
+        EXPECT_EQ(kRefused, outcome.status) << row.text;
+        EXPECT_THAT(outcome.why, HasSubstr(row.why)) << row.text;
+    }
+    Curve curve;
+    EXPECT_THAT(parseCurve("f", "GraphicEQ: 10 1", {}, &curve).why, HasSubstr("not known"));
+}
+
+TEST(Curve, IsReadBackAsItWasSaved) {
+    std::vector<double> gains;
+    for (int band = 0; band < kGEQBandCount; ++band) gains.push_back(725 + 3557 * band);
+    for (const Bands& bands : {kOctaves, Bands()}) {
+        Curve curve;
+        ASSERT_TRUE(parseCurve("f", formatCurve(gains, bands), {}, &curve).ok());
+        EXPECT_EQ(gains, curve.gains);
+    }
+}
+
+TEST(Filters, HaveTheirGainWhereTheyShould) {
+    const struct {
+        Filter filter;
+        double hertz;
+        double decibels;
+    } kRows[] = {
+            {{Filter::kPeak, 1000, 6, 1}, 1000, 6},
+            {{Filter::kPeak, 1000, -9, 4}, 1000, -9},
+            {{Filter::kPeak, 1000, 6, 1}, 10, 0},
+            {{Filter::kPeak, 1000, 6, 1}, 1e5, 0},
+            {{Filter::kLowShelf, 100, 8, 0.7}, 1, 8},
+            {{Filter::kLowShelf, 100, 8, 0.7}, 100, 4},
+            {{Filter::kLowShelf, 100, 8, 0.7}, 1e4, 0},
+            {{Filter::kHighShelf, 100, 8, 0.7}, 1, 0},
+            {{Filter::kHighShelf, 100, 8, 0.7}, 100, 4},
+            {{Filter::kHighShelf, 100, 8, 0.7}, 1e4, 8},
+    };
+    for (const auto& row : kRows) {
+        EXPECT_NEAR(row.decibels, responseAt(row.filter, row.hertz), 0.01)
+                << row.filter.hertz << " at " << row.hertz;
+    }
+}
+
+TEST(Bands, AreTenAscendingFrequencies) {
+    const struct {
+        const char* text;
+        bool good;
+    } kRows[] = {
+            {"31.5 63 125 250 500 1k 2K 4k 8k 16k", true},
+            {"# Hz\n31.5,63,125,250,500\n1000 2000 4000 8000 16000 # kHz", true},
+            {"1 2 3", false},
+            {"31 63 125 250 250 1k 2k 4k 8k 16k", false},
+            {"31 63 125 250 500 1k 2k 4k 8k sixteen", false},
+            {"0 63 125 250 500 1k 2k 4k 8k 16k", false},
+            {"31 63 125 250 500 1k 2k 4k 8k 16k 20k", false},
+    };
+    for (const auto& row : kRows) {
+        Bands bands;
+        EXPECT_EQ(row.good, parseBands("f", row.text, &bands).ok()) << row.text;
+        EXPECT_EQ(row.good ? 10U : 0U, bands.size()) << row.text;
+    }
+}
+
+// Plans
+
+// "stereo 1; geq on" as a state or as changes.
+std::vector<Change> changes(const std::string& text) {
+    std::vector<Change> changes;
+    for (const std::string& item : splitWords(text, ";")) {
+        std::vector<std::string> words = splitWords(item);
+        const Property& row = property(words[0]);
+        words.erase(words.begin());
+        // All gains alike are written once.
+        if (words.size() == 1) words.resize(row.count, words[0]);
+        Value value;
+        EXPECT_TRUE(parseValue(row, words, &value).ok()) << item;
+        changes.push_back({&row, value});
+    }
+    return changes;
+}
+
+State state(const std::string& text) {
+    State state;
+    for (const Change& change : changes(text)) state.push_back({change.property, change.value});
+    return state;
+}
+
+std::string describeAll(const std::vector<Step>& steps) {
+    std::string text;
+    for (const Step& step : steps) {
+        std::string one = describe(step);
+        if (step.property->key == "gains") one = "gains";
+        text += (text.empty() ? "" : "; ") + one;
+    }
+    return text;
+}
+
+TEST(Plan, OrdersWhatDependsOnOneAnother) {
+    const struct {
+        const char* present;
+        const char* wanted;
+        const char* steps;
+    } kRows[] = {
+            {"effect on; stereo 1", "stereo 2", "stereo 2"},
+            {"effect on; stereo 1", "stereo 1", ""},
+            {"effect off; gains 4096", "effect on", "effect on"},
+            {"effect on; geq on; gains 4096", "effect off; geq on", "effect off"},
+            {"effect on; geq off; gains 4096", "geq on; effect on; stereo 2", "stereo 2; geq on"},
+            {"effect on; geq on; gains 4096", "gains 725", "gains"},
+            {"effect on; geq on; gains 4096", "geq off; gains 725", "gains; geq off"},
+            {"effect on; geq off; gains 4096", "gains 725; geq on", "geq on; gains"},
+            {"effect on; geq off; gains 4096", "gains 725", "geq on; gains; geq off"},
+            // With the effect off the equaliser is not known.
+            {"effect off; gains 4096", "gains 725",
+             "effect on; geq on; gains; geq as before; effect off"},
+            {"effect off; gains 4096", "gains 4096; geq on; effect off",
+             "effect on; geq on; effect off"},
+            {"effect off; gains 4096", "geq off; gains 725; effect on",
+             "effect on; geq on; gains; geq off"},
+            {"effect on; geq on; gains 4096", "gains.3 725; gains.1 4096", "gains.3 725"},
+            {"effect on; geq on; gains 4096", "gains.3 800; gains 725", "gains; gains.3 800"},
+            {"effect on; geq on; gains 4096; stereo 1", "effect off; gains 725; stereo 3",
+             "stereo 3; gains; effect off"},
+    };
+    for (const auto& row : kRows) {
+        EXPECT_EQ(row.steps,
+                  describeAll(planSteps(state(row.present), changes(row.wanted), Equal::kSkip)))
+                << row.present << " -> " << row.wanted;
+    }
+    EXPECT_EQ("stereo 1; geq on",
+              describeAll(planSteps(state("effect on; geq on; stereo 1"),
+                                    changes("geq on; stereo 1"), Equal::kSend)));
+}
+
+TEST(Plan, ThatSetsWhatIsNotNamedCanBeRefused) {
+    const struct {
+        const char* present;
+        const char* wanted;
+        const char* what;
+    } kRows[] = {
+            {"effect off; gains 4096", "geq on", "geq"},
+            {"effect on; geq off; gains 4096", "gains 725", "gains"},
+            {"effect off; gains 4096", "geq on; effect on", ""},
+            {"effect on; geq on; gains 4096", "gains 725; stereo 2", ""},
+    };
+    for (const auto& row : kRows) {
+        const auto wanted = changes(row.wanted);
+        const auto steps = planSteps(state(row.present), wanted, Equal::kSkip);
+        EXPECT_EQ(row.what, checkNamed(steps, wanted).what) << row.wanted;
+    }
+}
+
+// Snapshots and states
+
+TEST(Snapshot, SaysInWhichLineItIsWrong) {
+    const struct {
+        const char* text;
+        const char* what;
+    } kRows[] = {
+            {"stereo 2\n\n# x\ngeq maybe\n", "f:4"},
+            {"stereo 2\nstereo 3", "f:2"},
+            {"mask.speaker 2\n", "f:1"},
+            {"gains 4096\n", "f:1"},
+            {"gains.1 4096\ngains.1 4096", "f:2"},
+            {"# stereo 2\n", "f"},
+            {"", "f"},
+            {"generation torvane\n", "f"},
+    };
+    for (const auto& row : kRows) {
+        Snapshot snapshot;
+        const Outcome outcome = parseSnapshot("f", row.text, &snapshot);
+        EXPECT_EQ(kRefused, outcome.status) << row.text;
+        EXPECT_EQ(row.what, outcome.what) << row.text;
+    }
+}
+
+TEST(Snapshot, HoldsWhatCanBeSetAndIsTold) {
+    Snapshot snapshot;
+    const State taken = state("effect off; stereo 3; geq on; gains 725; levels 7");
+    ASSERT_TRUE(parseSnapshot("f", formatSnapshot(taken), &snapshot).ok());
+    const auto transitions = compareStates(taken, stateOf(snapshot));
+    // While the effect is off nobody knows what the equaliser is.
+    ASSERT_EQ(1U, transitions.size());
+    EXPECT_EQ("geq", transitions[0].property->key);
+    EXPECT_EQ("on -> (not known)", describe(transitions[0]));
+}
+
+// History
+
+HistoryEntry entry(int number, HistoryEntry::State state, const char* before, const char* after) {
+    HistoryEntry entry;
+    entry.number = number;
+    entry.time = 1795302902;
+    entry.command = "set something with=words";
+    entry.state = state;
+    entry.before = changes(before);
+    entry.after = changes(after);
+    return entry;
+}
+
+std::string describeChanges(const std::vector<Change>& changes) {
+    std::string text;
+    for (const Change& change : changes) {
+        text += change.property->key + " " + formatValue(*change.property, change.value) + "; ";
+    }
+    return text;
+}
+
+TEST(History, IsReadBackAsItWasWritten) {
+    const History history = {
+            entry(7, HistoryEntry::kUndone, "stereo 1; gains.3 4096", "stereo 2; gains.3 725"),
+            entry(8, HistoryEntry::kOnTrial, "levels 5", ""),
+    };
+    const History read = parseHistory(formatHistory(history) + "newer thing\nbefore nonsense 3\n");
+    ASSERT_EQ(2U, read.size());
+    for (size_t i = 0; i < read.size(); ++i) {
+        EXPECT_EQ(history[i].number, read[i].number);
+        EXPECT_EQ(history[i].time, read[i].time);
+        EXPECT_EQ(history[i].command, read[i].command);
+        EXPECT_EQ(history[i].state, read[i].state);
+        EXPECT_EQ(describeChanges(history[i].before), describeChanges(read[i].before));
+        EXPECT_EQ(describeChanges(history[i].after), describeChanges(read[i].after));
+    }
+}
+
+TEST(History, GoesBackToWhatWasBeforeTheOldest) {
+    const History history = {
+            entry(1, HistoryEntry::kDone, "stereo 1", "stereo 2"),
+            entry(2, HistoryEntry::kUndone, "stereo 2", "stereo 3"),
+            entry(3, HistoryEntry::kDone, "stereo 2; geq off", "stereo 3; geq on"),
+            entry(4, HistoryEntry::kIncomplete, "route lineout", ""),
+    };
+    const struct {
+        size_t count;
+        const char* back;
+    } kRows[] = {
+            {1, "route lineout; "},
+            {2, "stereo 2; geq off; route lineout; "},
+            {3, "stereo 1; geq off; route lineout; "},
+            {9, "stereo 1; geq off; route lineout; "},
+    };
+    for (const auto& row : kRows) {
+        EXPECT_EQ(row.back, describeChanges(undoing(lastUndoable(history, row.count))))
+                << row.count;
+    }
+    const History bands = {entry(1, HistoryEntry::kDone, "gains 725", "gains 800"),
+                           entry(2, HistoryEntry::kDone, "gains.3 800", "gains.3 900")};
+    EXPECT_EQ(1U, undoing(lastUndoable(bands, 2)).size());
+}
+
+// Shared memory
+
+TEST(SharedMemory, CanBeMadeInEitherWay) {
+    constexpr size_t kLength = 65536;
+    for (auto* create : {createMemoryFile, createAshmem}) {
+        const int fd = create(kLength);
+        ASSERT_GE(fd, 0);
+        void* const bytes = mmap(nullptr, kLength, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+        ASSERT_NE(MAP_FAILED, bytes);
+        static_cast<char*>(bytes)[kLength - 1] = 'x';
+        munmap(bytes, kLength);
+        close(fd);
+    }
+}
+
+}  // namespace
