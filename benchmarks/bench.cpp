@@ -61,7 +61,7 @@ void measureTorvane(const Effort& effort, const pid_t* processes) {
     measureWaits(effort);
     if (!anyWanted(forcedCalls())) return;
     measureInTurn(effort, forcedCalls(), processes);
-    waitFor(inProcess(endForcedMode));
+    waitFor(inProcess(reloadService));
 }
 
 std::vector<Call> reloadOf(int kilobytes) {
@@ -102,6 +102,7 @@ int main(int argc, char** argv) {
     // Started they are in any case.
     const int starts = anyWanted({"start", "pss.start", "uss.start"}) ? effort.rounds : 0;
     waitFor(inProcess([&] { measureStarts(starts, processes); }));
+    waitFor(inProcess(reloadService));
     measureCommands(effort);
     measureTorvane(effort, processes);
     measureSizes(effort, processes);

@@ -94,7 +94,8 @@ std::vector<Call> forcedCalls();
 void prepareCalls(const std::vector<Call>& calls);
 void measureCalls(const Effort& effort, const std::vector<Call>& calls,
                   const pid_t processes[kTargetCount]);
-void endForcedMode();
+// Out of forced mode, and with the service's own blocks in the DSP in place of the floor's.
+void reloadService();
 // What one of so many settings takes that are set without a pause.
 void measureWrites(const Effort& effort);
 

@@ -156,7 +156,7 @@ std::vector<Call> forcedCalls() {
     return {{"setReloadFlag.forced", Izyl_kwo_service::SET_RELOAD_FLAG, {1}, 6}};
 }
 
-void endForcedMode() {
+void reloadService() {
     Caller caller;
     Parcel reply;
     caller.make(kService, {"", Izyl_kwo_service::SET_RELOAD_FLAG, {0}, 0}, &reply);
