@@ -4,8 +4,6 @@
 #ifndef ZYL_BENCH_FLOOR_BINDER_H
 #define ZYL_BENCH_FLOOR_BINDER_H
 
-#include <linux/android/binder.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -17,41 +15,26 @@ struct Request {
     uint32_t code;
     const uint8_t* bytes;
     size_t size;
-    int32_t descriptor;  // the one that came with it and is the receiver's now, or -1
+    int descriptor;  // the one that came with it and is the receiver's now, or -1
 };
 
 struct Reply {
-    const void* bytes;  // to be there until the next request
+    const void* bytes;  // that stay
     size_t size;
 };
 
-// One thread's side of the driver.
-class FloorBinder {
-  public:
-    using Answer = Reply (*)(FloorBinder& binder, const Request& request);
+using Answer = Reply (*)(const Request& request);
 
-    explicit FloorBinder(int driver) : mDriver(driver) {}
+// Serves for ever, on this thread and, like the platform's library, on one more from the beginning
+// and on up to 15 more whenever none waits. The program is registered, and the platform's library
+// takes no transactions from the driver any longer.
+[[noreturn]] void serveBinder(Answer answer);
 
-    // Serves for ever, with a thread more whenever the driver wants one. `enter` is the command by
-    // which the thread joins, or 0 when it has.
-    [[noreturn]] void serve(uint32_t enter, Answer answer);
+// A call of another process while a request is answered, with data that are ready; returns the
+// first word of its reply, a status.
+int32_t callThroughBinder(uint32_t handle, uint32_t code, const std::vector<uint8_t>& data);
 
-    // Another process's reply, its first word: a status.
-    int32_t call(uint32_t handle, uint32_t code, const std::vector<uint8_t>& data);
-
-  private:
-    void put(uint32_t command, const void* argument, size_t size);
-    void exchange();
-    binder_transaction_data take(uint32_t wanted);
-    void note(uint32_t command, const uint8_t* argument);
-
-    const int mDriver;
-    Answer mAnswer = nullptr;
-    size_t mOutSize = 0;
-    size_t mInSize = 0;
-    size_t mInNext = 0;
-    uint8_t mOut[256];
-    uint8_t mIn[256];
-};
+// Whether this thread is one that serves, and so may call like that.
+bool servesBinder();
 
 #endif  // ZYL_BENCH_FLOOR_BINDER_H
