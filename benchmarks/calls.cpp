@@ -96,8 +96,11 @@ void compare(Caller& caller, const Call& made) {
     }
 }
 
-void measure(Caller& caller, const Call& made, int repetitions, bool floorFirst) {
+void measure(Caller& caller, const Call& made, int repetitions, bool floorFirst,
+             const pid_t* processes) {
     std::vector<double> taken[kTargetCount];
+    double own[kTargetCount];
+    for (int i = 0; i < kTargetCount; ++i) own[i] = ownTime(processes[i]);
     for (int i = 0; i < kTargetCount * repetitions; ++i) {
         const auto target = static_cast<Target>((i + floorFirst) % kTargetCount);
         Parcel reply;
@@ -105,9 +108,11 @@ void measure(Caller& caller, const Call& made, int repetitions, bool floorFirst)
     }
     for (int percent : {50, 99}) {
         const std::string figure = made.name + ".p" + std::to_string(percent);
-        sample(figure.c_str(), quantile(taken[kService], percent / 100.),
+        sample(figure, quantile(taken[kService], percent / 100.),
                quantile(taken[kFloor], percent / 100.));
     }
+    for (int i = 0; i < kTargetCount; ++i) own[i] = (ownTime(processes[i]) - own[i]) / repetitions;
+    sample(made.name + ".own", own[kService], own[kFloor]);
 }
 
 // A float travels as its bits.
@@ -147,6 +152,16 @@ std::vector<Call> maldorCalls() {
     };
 }
 
+std::vector<Call> forcedCalls() {
+    return {{"setReloadFlag.forced", Izyl_kwo_service::SET_RELOAD_FLAG, {1}, 6}};
+}
+
+void reloadService() {
+    Caller caller;
+    Parcel reply;
+    caller.make(kService, {"", Izyl_kwo_service::SET_RELOAD_FLAG, {0}, 0}, &reply);
+}
+
 void prepareCalls(const std::vector<Call>& calls) {
     Caller caller;
     Parcel reply;
@@ -155,12 +170,14 @@ void prepareCalls(const std::vector<Call>& calls) {
     for (const Call& made : calls) compare(caller, made);
 }
 
-void measureCalls(const Effort& effort, const std::vector<Call>& calls) {
+void measureCalls(const Effort& effort, const std::vector<Call>& calls,
+                  const pid_t processes[kTargetCount]) {
     Caller caller;
     for (int round = 0; round < effort.rounds; ++round) {
+        progress(calls.front().name.c_str(), round, effort.rounds);
         for (const Call& made : calls) {
             measure(caller, made, std::max(3, made.repetitions * effort.percent / 100),
-                    round % 2 != 0);
+                    round % 2 != 0, processes);
         }
         // It would fill the phone's memory.
         if (truncate(kJournal, 0) != 0) giveUp("no journal");
@@ -171,6 +188,7 @@ void measureWrites(const Effort& effort) {
     Caller caller;
     Parcel reply;
     for (int round = 0; round < effort.rounds; ++round) {
+        progress("writes", round, effort.rounds);
         for (int writes : {1, 10, 100}) {
             double taken[kTargetCount];
             for (int i = 0; i < kTargetCount; ++i) {
@@ -179,7 +197,7 @@ void measureWrites(const Effort& effort) {
                 for (int n = 0; n < writes; ++n) caller.make(target, kSetStereoMode, &reply);
                 taken[target] = microsecondsSince(from) / writes;
             }
-            sample(("writes." + std::to_string(writes)).c_str(), taken[kService], taken[kFloor]);
+            sample("writes." + std::to_string(writes), taken[kService], taken[kFloor]);
         }
         if (truncate(kJournal, 0) != 0) giveUp("no journal");
     }

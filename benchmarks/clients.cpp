@@ -23,9 +23,10 @@ struct Go {
     double figure[2];
 };
 
-// Calls, from the beginning to the end of the go; returns what each call took.
+// Calls, from the beginning to the end of the go, with a pause of so many microseconds after each;
+// returns what each call took.
 std::vector<double> keepCalling(Go* go, Target target, uint32_t code,
-                                const std::vector<int32_t>& words) {
+                                const std::vector<int32_t>& words, useconds_t pause = 0) {
     const android::sp<android::IBinder> binder = find(target);
     Parcel data;
     writeCall(&data, words);
@@ -37,6 +38,7 @@ std::vector<double> keepCalling(Go* go, Target target, uint32_t code,
     while (!go->over) {
         Parcel reply;
         taken.push_back(call(*binder, code, data, &reply));
+        if (pause > 0) usleep(pause);
     }
     go->calls += taken.size();
     return taken;
@@ -70,6 +72,25 @@ struct Beside {
     double upload;  // what half of them take
 };
 
+// What one client waits for at most that asks now and then, while so many others upload; and what
+// half of those uploads take there.
+Beside besideUploaders(Go* go, uint32_t code, int uploaders, int milliseconds) {
+    constexpr useconds_t kPause = 3000;
+    new (go) Go{};
+    std::vector<pid_t> clients;
+    for (int i = 0; i < uploaders; ++i) {
+        clients.push_back(inProcess([go, i] {
+            const std::vector<double> taken =
+                    keepCalling(go, kService, Izyl_kwo_service::PUSH_CACHE_BLOCK, {kBenchBlock});
+            if (i == 0) go->figure[0] = quantile(taken, 0.5);
+        }));
+    }
+    clients.push_back(inProcess(
+            [=] { go->figure[1] = quantile(keepCalling(go, kService, code, {}, kPause), 1); }));
+    run(go, clients, milliseconds);
+    return {go->figure[1], go->figure[0]};
+}
+
 // One client asks, another uploads.
 Beside besideUploads(Go* go, Target target, uint32_t code, const std::vector<int32_t>& words,
                      int milliseconds) {
@@ -86,40 +107,69 @@ Beside besideUploads(Go* go, Target target, uint32_t code, const std::vector<int
 
 }  // namespace
 
-void measureClients(const Effort& effort) {
+void measureClients(const Effort& effort, bool all) {
     auto* go = static_cast<Go*>(sharedMemory(sizeof(Go)));
     for (int round = 0; round < effort.rounds; ++round) {
+        progress("clients", round, effort.rounds);
         double alone = 0;
         for (int clients = 1; clients <= kMostClients; clients *= 2) {
+            const std::string figure = "clients." + std::to_string(clients);
+            // Against one and many there is a figure more.
+            const bool collapses = clients == 1 || clients == kMostClients;
+            if (!all && !wanted(figure) && !(collapses && wanted("collapse"))) continue;
             double rate[kTargetCount];
             for (int i = 0; i < kTargetCount; ++i) {
                 const auto target = static_cast<Target>((i + round) % kTargetCount);
                 rate[target] = gettersPerSecond(go, target, clients, effort.milliseconds);
             }
-            sample(("clients." + std::to_string(clients)).c_str(), rate[kService], rate[kFloor]);
+            sample(figure, rate[kService], rate[kFloor]);
             if (clients == 1) alone = rate[kService];
             if (clients == kMostClients) sample("collapse", rate[kService], alone);
         }
     }
 }
 
-void measureGettersBesideUploads(const Effort& effort) {
+void measureGettersBesideUploads(const Effort& effort, bool all) {
     auto* go = static_cast<Go*>(sharedMemory(sizeof(Go)));
     const Call uploads[] = {
             {"beside.push", Izyl_kwo_service::PUSH_CACHE_BLOCK, {kBenchBlock}, 0},
             {"beside.setTuning", Izyl_kwo_service::SET_TUNING, {0, 1}, 0},
     };
     for (int round = 0; round < effort.rounds; ++round) {
+        progress("beside uploads", round, effort.rounds);
         for (const Call& upload : uploads) {
+            if (!all && !wanted(upload.name) && !wanted(upload.name + ".floor")) continue;
             Beside beside[kTargetCount];
             for (int i = 0; i < kTargetCount; ++i) {
                 const auto target = static_cast<Target>((i + round) % kTargetCount);
                 beside[target] = besideUploads(go, target, upload.code, upload.words,
                                                4 * effort.milliseconds);
             }
-            sample(upload.name.c_str(), beside[kService].getter, beside[kService].upload);
-            sample((upload.name + ".floor").c_str(), beside[kService].getter,
-                   beside[kFloor].getter);
+            sample(upload.name, beside[kService].getter, beside[kService].upload);
+            sample(upload.name + ".floor", beside[kService].getter, beside[kFloor].getter);
+        }
+    }
+}
+
+void measureWaits(const Effort& effort) {
+    struct Wait {
+        const char* figure;
+        uint32_t code;
+        int uploaders;
+    };
+    constexpr Wait kWaits[] = {
+            {"waits.1", Izyl_kwo_service::GET_STEREO_MODE, 1},
+            {"waits.4", Izyl_kwo_service::GET_STEREO_MODE, 4},
+            {"waits.unlocked.16", Izyl_kwo_service::GET_ACTIVE_ROUTE, 16},
+    };
+    auto* go = static_cast<Go*>(sharedMemory(sizeof(Go)));
+    for (int round = 0; round < effort.rounds; ++round) {
+        progress("waits", round, effort.rounds);
+        for (const Wait& wait : kWaits) {
+            if (!wanted(wait.figure)) continue;
+            const Beside beside =
+                    besideUploaders(go, wait.code, wait.uploaders, 8 * effort.milliseconds);
+            sample(wait.figure, beside.getter, beside.upload);
         }
     }
 }

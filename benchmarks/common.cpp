@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <utility>
 
 #include "benchmarks/bench.h"
 #include "interface/Izyl_kwo_service.h"
@@ -25,9 +26,34 @@ double quantile(std::vector<double> values, double part) {
     return *at;
 }
 
-void sample(const char* figure, double service, double floor) {
-    printf("%s %.1f %.1f\n", figure, service, floor);
+namespace {
+
+std::vector<std::string> gWanted;
+
+}  // namespace
+
+void want(std::vector<std::string> figures) {
+    gWanted = std::move(figures);
+}
+
+bool wanted(const std::string& figure) {
+    return gWanted.empty() || std::find(gWanted.begin(), gWanted.end(), figure) != gWanted.end();
+}
+
+void sample(const std::string& figure, double service, double floor) {
+    if (!wanted(figure)) return;
+    printf("%s %.1f %.1f\n", figure.c_str(), service, floor);
     fflush(stdout);
+}
+
+void sample(const std::string& figure, double service) {
+    if (!wanted(figure)) return;
+    printf("%s %.1f\n", figure.c_str(), service);
+    fflush(stdout);
+}
+
+void progress(const char* part, int round, int rounds) {
+    fprintf(stderr, "%s, round %d of %d ...\n", part, round + 1, rounds);
 }
 
 void giveUp(const char* format, ...) {

@@ -1,4 +1,5 @@
-// How long a start takes, and what memory it takes.
+// How long a start takes, of the service and of its client's commands, and what a running service
+// takes: memory, and time.
 
 #include <fcntl.h>
 #include <signal.h>
@@ -7,7 +8,10 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <string>
+#include <vector>
 
 #include "benchmarks/bench.h"
 
@@ -80,16 +84,17 @@ Memory memoryOf(pid_t process) {
 
 }  // namespace
 
-void measureStarts(const Effort& effort, pid_t processes[kTargetCount]) {
+void measureStarts(int rounds, pid_t processes[kTargetCount]) {
     double taken[kTargetCount];
     // The first start finds no page of its program in memory.
-    for (int round = -1; round < effort.rounds; ++round) {
+    for (int round = -1; round < rounds; ++round) {
         for (int i = 0; i < kTargetCount; ++i) {
             const auto target = static_cast<Target>((i + round + 1) % kTargetCount);
             if (round >= 0) stop(target, processes[target]);
             taken[target] = start(target, &processes[target]);
         }
         if (round < 0) continue;
+        progress("start", round, rounds);
         sample("start", taken[kService] / 1000, taken[kFloor] / 1000);
         measureMemory("start", processes);
     }
@@ -105,10 +110,44 @@ void restart(pid_t processes[kTargetCount]) {
 void measureMemory(const char* when, const pid_t processes[kTargetCount]) {
     const Memory service = memoryOf(processes[kService]);
     const Memory floor = memoryOf(processes[kFloor]);
-    sample((std::string("pss.") + when).c_str(), service.proportional, floor.proportional);
-    sample((std::string("uss.") + when).c_str(), service.unique, floor.unique);
+    sample(std::string("pss.") + when, service.proportional, floor.proportional);
+    sample(std::string("uss.") + when, service.unique, floor.unique);
     // Against itself: whether what it takes grows with the calls it has served.
     static double warm = 0;
     if (warm == 0 && std::string(when) == "warm") warm = service.unique;
     if (std::string(when) == "end") sample("growth", service.unique, warm);
+}
+
+double ownTime(pid_t process) {
+    double nanoseconds = 0;
+    const std::string tasks = "/proc/" + std::to_string(process) + "/task";
+    for (const auto& task : std::filesystem::directory_iterator(tasks)) {
+        double ran = 0;
+        if (!(std::ifstream(task.path() / "schedstat") >> ran))
+            giveUp("no times in %s", tasks.c_str());
+        nanoseconds += ran;
+    }
+    return nanoseconds / 1000;
+}
+
+void measureCommands(const Effort& effort) {
+    const char* const commands[] = {"--version", "status", "verify"};
+    // The first finds no page of the program in memory.
+    for (int round = -1; round < effort.rounds; ++round) {
+        for (const char* command : commands) {
+            const std::string figure =
+                    std::string("kwoctl.") + (*command == '-' ? command + 2 : command);
+            if (!wanted(figure)) continue;
+            const auto from = Clock::now();
+            const pid_t child = fork();
+            if (child < 0) giveUp("no process");
+            if (child == 0) {
+                dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), 1);
+                execl("/system/bin/kwoctl", "kwoctl", command, nullptr);
+                giveUp("no kwoctl");
+            }
+            waitFor(child);
+            if (round >= 0) sample(figure, microsecondsSince(from) / 1000);
+        }
+    }
 }
