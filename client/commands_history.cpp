@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "client/change.h"
@@ -131,12 +132,29 @@ void printFirst(const Session& session, const State& state) {
     print(json.close().close());
 }
 
+// What the device has, of what clients can change. The rest stays as it is while the service runs,
+// and to ask for it leaves lines in its log.
+Choice changingIn(const State& state) {
+    return [state](const Property& property) {
+        return has(state, property) &&
+               (settable(property) || property.key.compare(0, 5, "data.") == 0);
+    };
+}
+
+void removeOthers(const Choice& chosen, State* state) {
+    state->erase(std::remove_if(state->begin(), state->end(),
+                                [&](const Reading& reading) { return !chosen(*reading.property); }),
+                 state->end());
+}
+
 Outcome watch(Session& session, const Arguments&) {
     const Interrupts interrupts;
     State known;
     Outcome outcome = readState(session, everything, &known);
     if (!outcome.ok()) return outcome;
     printFirst(session, known);
+    Choice changing = changingIn(known);
+    removeOthers(changing, &known);
     removeUntold(&known);
     bool there = true;
     while (ferror(stdout) == 0) {
@@ -145,11 +163,13 @@ Outcome watch(Session& session, const Arguments&) {
         State present;
         const bool wasThere = there;
         there = (wasThere || session.connect(0).ok()) &&
-                readState(session, everything, &present).status != kNoService;
+                readState(session, wasThere ? changing : everything, &present).status != kNoService;
         if (!there) {
             if (wasThere) printEvent(session, "gone", {});
             continue;
         }
+        if (!wasThere) changing = changingIn(present);
+        removeOthers(changing, &present);
         removeUntold(&present);
         const std::vector<Transition> transitions = compareStates(known, present);
         if (!wasThere || !transitions.empty()) {

@@ -3,8 +3,6 @@ option or the name of a file on the phone."""
 
 import re
 
-_NUMBER = r"[+-]?\d+(\.\d+)?"
-_GAIN = rf"{_NUMBER}(dB)?"
 _NAME = r"[\w][\w.-]*"
 _ROUTE = r"(speaker|lineout|bluetooth)"
 _SET = rf"set( [a-z]+([.-][a-z0-9]+)*=[\w.,+-]+)+"
@@ -14,8 +12,6 @@ _CURVE = r"geq load -"
 
 _ALLOWED = [
     _SET,
-    rf"geq set \d {_GAIN}",
-    r"geq flat",
     _CURVE,
     _RESTORE,
     r"listening-test reset",

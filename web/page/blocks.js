@@ -29,12 +29,12 @@ class Block {
     #verdict = null;
     #canvas = element("canvas", {role: "img"});
     #summary = element("figcaption");
-    #table = element("div", {className: "differences"});
+    #list = element("ul", {className: "differences"});
 
     constructor(name, upload) {
         this.name = name;
         this.figure = element("figure", {id: `block-${name}`},
-            element("h3", {textContent: name}), this.#canvas, this.#summary, this.#table);
+            element("h3", {textContent: name}), this.#canvas, this.#summary, this.#list);
         this.figure.ondragover = (event) => event.preventDefault();
         this.figure.ondrop = (event) => {
             event.preventDefault();
@@ -74,18 +74,9 @@ class Block {
         this.#summary.textContent = this.#outcome() +
             (this.#verdict?.forced ? "; forced mode seems to be on" : "");
         this.#canvas.setAttribute("aria-label", `Map of block ${this.name}: ${this.#outcome()}`);
-        this.#table.replaceChildren(...differences.length === 0 ? [] : [this.#listed(differences)]);
+        this.#list.replaceChildren(...differences.map((one) => element("li", {
+            textContent: `${one.name} at ${one.offset}: ${one.expected} expected, ${one.found} found`})));
         if (this.#bytes !== null) this.#paint(differences);
-    }
-
-    #listed(differences) {
-        const row = (cell, words) => element("tr", {},
-            ...words.map((word) => element(cell, {textContent: word})));
-        return element("table", {},
-            element("caption", {className: "hidden", textContent: `Differences of block ${this.name}`}),
-            element("thead", {}, row("th", ["Parameter", "Offset", "Expected", "Found"])),
-            element("tbody", {}, ...differences.map((one) =>
-                row("td", [one.name, one.offset, one.expected, one.found]))));
     }
 
     #paint(differences) {

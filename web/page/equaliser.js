@@ -28,13 +28,7 @@ export class Equaliser {
     constructor(changes) {
         this.#changes = changes;
         for (let band = 0; band < BANDS; ++band) this.#bands.push(this.#makeBand(band));
-        byId("flat").onclick = () => this.#set("gains", Array(BANDS).fill("0dB").join(","), ["geq", "flat"]);
-    }
-
-    // What is tried has to be set by its key.
-    #set(key, value, words) {
-        if (byId("trying").value === "0") this.#changes.run(key, words);
-        else this.#changes.set(key, value);
+        byId("flat").onclick = () => changes.set("gains", Array(BANDS).fill("0dB").join(","));
     }
 
     #makeBand(band) {
@@ -42,8 +36,7 @@ export class Equaliser {
             id: `band${band}`, "aria-describedby": "equaliser-hint"});
         const label = element("label", {for: slider.id}, String(band));
         const value = element("output", {for: slider.id, "aria-hidden": "true"});
-        const send = () => this.#set(`gains.${band}`, `${slider.value}dB`,
-            ["geq", "set", String(band), `${slider.value}dB`]);
+        const send = () => this.#changes.set(`gains.${band}`, `${slider.value}dB`);
         // A trial starts with the value that the slider is left at.
         slider.oninput = () => {
             slider.setAttribute("aria-valuetext", `${written(Number(slider.value))} dB`);
