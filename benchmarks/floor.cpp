@@ -24,6 +24,8 @@ using namespace android;
 
 namespace {
 
+constexpr char kDevice[] = "/dev/zyl_quorin";
+
 constexpr char kDirectory[] = "/data/misc/zyl/";
 constexpr char kSettings[] = "zyl_floor_settings";  // in that directory, as all that is replaced
 constexpr char kTemporary[] = "zyl_floor.tmp";
@@ -122,8 +124,8 @@ void Floor::start() {
 }
 
 void Floor::request(QuorinRequest number, void* record) {
-    const int fd = open(kDevicePath, O_RDWR);
-    must(fd >= 0 && ioctl(fd, number, record) == 0, kDevicePath);
+    const int fd = open(kDevice, O_RDWR);
+    must(fd >= 0 && ioctl(fd, number, record) == 0, kDevice);
     close(fd);
 }
 
