@@ -16,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <climits>
@@ -44,6 +45,7 @@ struct Shared {
     std::atomic<long> longest;  // microseconds
     std::atomic<int> done, refused;
     std::atomic<status_t> refusal;
+    std::atomic<int> uploads, mostUploads;
 };
 Shared* shared;
 
@@ -140,14 +142,19 @@ void waitBeside(int uploaders, int samples) {
         Parcel reply;
         writeToken(data);
         data.writeInt32(0);
-        while (!shared->over) service.transact(Izyl_kwo_service::SET_RELOAD_FLAG, data, &reply);
+        while (!shared->over) {
+            service.transact(Izyl_kwo_service::SET_RELOAD_FLAG, data, &reply);
+            ++shared->uploads;
+        }
     });
     usleep(100000);
     waitFor(start(1, [=](IBinder& service) {
         Parcel data;
         writeToken(data);
         for (int i = 0; i < samples; ++i) {
+            const int before = shared->uploads;
             call(service, Izyl_kwo_service::GET_STEREO_MODE, data);
+            shared->mostUploads = std::max<int>(shared->mostUploads, shared->uploads - before);
             usleep(2000);
         }
     }));
@@ -182,7 +189,8 @@ int main(int argc, char** argv) {
     } else {
         return usage();
     }
-    printf("done=%d refused=%d status=%d longest=%ld us\n", shared->done.load(),
-           shared->refused.load(), shared->refusal.load(), shared->longest.load());
+    printf("done=%d refused=%d status=%d longest=%ld us uploads=%d\n", shared->done.load(),
+           shared->refused.load(), shared->refusal.load(), shared->longest.load(),
+           shared->mostUploads.load());
     return 0;
 }

@@ -1,10 +1,11 @@
 # shellcheck shell=sh
-# restarts.sh ROUNDS: while clients set, ask and dump, the permission service is stopped, killed and started
+# restarts.sh ROUNDS SAMPLES: while clients set, ask and dump, the permission service is stopped, killed and started
 # at random, and the service manager killed and started. The service answers all the while, ends with the
-# service manager alone, and comes back with what was acknowledged.
+# service manager alone, and comes back with what was acknowledged. Then so many calls of a client that asks
+# now and then, beside clients that upload without a pause: it is never passed by twice.
 # shellcheck source=tests/device/lib.sh
 . /tests/lib.sh
-wanted=$1
+wanted=$1 samples=$2
 
 # shellcheck disable=SC3028  # the phone's shell has RANDOM
 client() {
@@ -12,6 +13,7 @@ client() {
         service call zyl_kwo_service 8 i32 $((RANDOM % 10))
         service call zyl_kwo_service 41 i32 0
         as shell nobody timeout 5 dumpsys zyl_kwo_service
+        sleep 0.5
     done >/dev/null 2>&1
 }
 
@@ -61,7 +63,7 @@ answer() {
 }
 
 rm -f /tmp/over
-for _ in 1 2 3; do
+for _ in 1 2; do
     client &
     clients="$clients $!"
 done
@@ -85,4 +87,10 @@ wait $clients
 echo "# $rounds rounds, the service manager killed in $ended"
 expect 'every call was answered, with what was acknowledged before' '' "$lost"
 expect 'the service ended with the service manager alone' 0 "$restarts"
+for uploaders in 1 4; do
+    zyl_attack wait $uploaders "$samples" >/tmp/out
+    most=$(sed 's/.*uploads=//' /tmp/out)
+    expect "beside $uploaders, at most $((2 * uploaders)) uploads come first ($(cat /tmp/out))" yes \
+        "$([ "$most" -le $((2 * uploaders)) ] && echo yes)"
+done
 end_of_cases
