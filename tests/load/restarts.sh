@@ -1,8 +1,8 @@
 # shellcheck shell=sh
-# restarts.sh ROUNDS SAMPLES: while clients set, ask and dump, the permission service is stopped, killed and started
-# at random, and the service manager killed and started. The service answers all the while, ends with the
-# service manager alone, and comes back with what was acknowledged. Then so many calls of a client that asks
-# now and then, beside clients that upload without a pause: it is never passed by twice.
+# restarts.sh ROUNDS SAMPLES: while clients ask, reload and dump, the permission service is stopped, killed
+# and started at random, and the service manager killed and started. The service answers all the while, ends
+# with the service manager alone, and comes back with what was acknowledged. Then so many calls of a client
+# that asks now and then, beside clients that upload without a pause: none of them goes first twice.
 # shellcheck source=tests/device/lib.sh
 . /tests/lib.sh
 wanted=$1 samples=$2
@@ -45,10 +45,11 @@ kill_manager() {
     while [ -d "/proc/$pid" ]; do sleep 0.1; done
     ended=$((ended + 1))
     again servicemanager manager
-    for name in permissiond audiod; do
-        stop $name
-        start $name
-    done
+    stop permissiond
+    again permissiond permission
+    # It asks for the permission of each of its clients once: here, and not while nobody answers.
+    stop audiod
+    again audiod media.audio_flinger
     again zyl_kwo_service zyl_kwo_service
     pid=$(pidof zyl_kwo_service)
 }
@@ -71,11 +72,12 @@ reply 5 i32 1 >/dev/null
 pid=$(pidof zyl_kwo_service) mode=1 rounds=0 ended=0 restarts=0 lost=''
 while [ "$rounds" -lt "$wanted" ]; do
     rounds=$((rounds + 1))
+    # Each once, and then at random.
     # shellcheck disable=SC3028  # as above
-    case $((RANDOM % 4)) in
-        0 | 1) stop_permission ;;
+    case $((rounds > 3 ? RANDOM % 3 : rounds % 3)) in
+        0) kill_manager ;;
+        1) stop_permission ;;
         2) kill_permission ;;
-        3) kill_manager ;;
     esac
     answer
     [ "$pid" = "$(pidof zyl_kwo_service)" ] || restarts=$((restarts + 1))
