@@ -13,8 +13,6 @@
 
 using android::Parcel;
 
-namespace {
-
 // Apart by blanks that are not part of a text; what is repeated is written out.
 std::vector<std::string> wordsOf(const std::string& line) {
     std::vector<std::string> words;
@@ -40,14 +38,8 @@ std::vector<std::string> wordsOf(const std::string& line) {
     return words;
 }
 
-std::string joined(const std::vector<std::string>& words) {
-    std::string text;
-    for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
-    return text;
-}
-
 // A quoted text's bytes.
-std::string unquoted(const std::string& word) {
+std::string bytesOfText(const std::string& word) {
     std::string bytes;
     for (size_t i = 1; i + 1 < word.size(); ++i) {
         const bool escaped = word[i] == '\\';
@@ -56,6 +48,14 @@ std::string unquoted(const std::string& word) {
     }
     if (word[0] == '"') bytes += '\0';
     return bytes;
+}
+
+namespace {
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+    return text;
 }
 
 void writeBlob(const std::string& bytes, Parcel* data) {
@@ -69,7 +69,7 @@ int32_t numberOf(const std::string& word) {
 
 void writeArgument(char kind, const std::string& word, Parcel* data) {
     if (word[0] == '"' || word[0] == '\'') {
-        writeBlob(unquoted(word), data);
+        writeBlob(bytesOfText(word), data);
     } else if (word[0] == '/') {
         const int fd = open(word.c_str(), O_RDWR | O_CLOEXEC);
         data->writeDupFileDescriptor(fd);

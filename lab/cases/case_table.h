@@ -39,6 +39,10 @@ struct Table {
 // No cases where the file cannot be read.
 Table readTable(const std::string& path);
 
+// The parts of a call, and the bytes of one that is a text.
+std::vector<std::string> wordsOf(const std::string& call);
+std::string bytesOfText(const std::string& word);
+
 // Fills a parcel with the call and returns its code.
 uint32_t fillCall(const std::string& call, android::Parcel* data);
 

@@ -3,9 +3,12 @@
 #include <binder/Binder.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <vector>
 
+#include "lab/cases/case_table.h"
 #include "lab/cases/protocol.h"
 
 namespace {
@@ -128,4 +131,64 @@ void TransactionSource::writeBlob(Transaction* transaction) {
     // As malloc has it on a 32-bit machine.
     if (kept && transaction->keptBytes == 0)
         transaction->keptBytes = std::max(size + 11U, 16U) & ~7U;
+}
+
+namespace {
+
+// What rarely() takes for no, and for yes.
+constexpr char kNo = '\0';
+constexpr char kYes = '\xFF';
+
+std::string littleEndian(uint32_t value, size_t size) {
+    std::string bytes(size, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(value), value >>= 8;
+    return bytes;
+}
+
+std::string bytesForBlob(const std::string& word) {
+    const bool announced = word[0] == '#';
+    const bool text = word[0] == '"' || word[0] == '\'';
+    const auto number = static_cast<uint32_t>(strtol(&word[announced ? 1 : 0], nullptr, 0));
+    std::string blob = text ? bytesOfText(word) : std::string(announced ? 0 : number % 64, '\0');
+    blob.resize(std::min<size_t>(blob.size(), 63));
+    const std::string size = announced ? kYes + littleEndian(number, 4) : std::string(1, kNo);
+    return static_cast<char>(blob.size()) + blob + size;
+}
+
+std::string bytesForNumber(char kind, const std::string& word) {
+    const auto value = static_cast<int32_t>(strtoll(word.c_str(), nullptr, 0));
+    const Range* range = std::find_if(std::begin(kRanges), std::end(kRanges),
+                                      [kind](const Range& r) { return r.kind == kind; });
+    if (range == std::end(kRanges)) return kNo + littleEndian(static_cast<uint32_t>(value), 4);
+    if (value < range->low - 1 || value > range->high + 1) {
+        return kYes + littleEndian(static_cast<uint32_t>(value), 4);
+    }
+    const bool wide = range->high - range->low + 3 > 0x100;
+    return kNo + littleEndian(static_cast<uint32_t>(value - range->low + 1), wide ? 2 : 1);
+}
+
+std::string bytesForFloat(const std::string& word) {
+    const float value = strtof(word.c_str(), nullptr);
+    uint32_t bits = 0;
+    memcpy(&bits, &value, sizeof(bits));
+    return std::string(2, kYes) + littleEndian(bits, 4);
+}
+
+}  // namespace
+
+std::string bytesFor(const std::string& call) {
+    const std::vector<std::string> words = wordsOf(call);
+    const Shape* shape = shapeNamed(words.at(0));
+    if (shape == nullptr) return "";
+    std::string bytes = {static_cast<char>(shape - shapes().data()), kNo, kNo};
+    for (size_t i = 0; i < shape->arguments.size(); ++i) {
+        const std::string word = i + 1 < words.size() ? words[i + 1] : "0";
+        switch (const char kind = shape->arguments[i]) {
+            case 'B': bytes += bytesForBlob(word); break;
+            case 'D': bytes += std::string(3, kNo); break;
+            case 'f': bytes += bytesForFloat(word); break;
+            default: bytes += bytesForNumber(kind, word);
+        }
+    }
+    return bytes + kNo;
 }

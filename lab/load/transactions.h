@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 struct Transaction {
     uint32_t code = 0;
@@ -56,5 +57,9 @@ class TransactionSource {
     const Form mForm;
     const int mRegion;
 };
+
+// The bytes of which a source of the form kAnything makes a call of a table; none for a call that it
+// cannot make.
+std::string bytesFor(const std::string& call);
 
 #endif  // ZYL_LAB_LOAD_TRANSACTIONS_H

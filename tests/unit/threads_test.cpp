@@ -8,6 +8,7 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <fstream>
 #include <thread>
 
 #include "settings/settings_struct_maldor.h"
@@ -112,21 +113,29 @@ TEST(Threads, WhoAskedFirstGetsTheLockFirst) {
     FairLock lock;
     std::vector<int> order;
     std::vector<std::thread> waiting;
+    const auto sleeps = [](pid_t thread) {
+        std::ifstream stat("/proc/self/task/" + std::to_string(thread) + "/stat");
+        std::string text;
+        return std::getline(stat, text) && text.find(") S ") != std::string::npos;
+    };
     lock.lock();
     for (int number = 0; number < 6; ++number) {
-        waiting.emplace_back([&lock, &order, number] {
+        std::atomic<pid_t> asking{0};
+        waiting.emplace_back([&lock, &order, &asking, number] {
+            asking = gettid();
             // The second round comes behind everybody's first.
             for (int round : {0, 6}) {
                 const ScopedLock turn(lock);
                 order.push_back(round + number);
-                std::this_thread::sleep_for(std::chrono::milliseconds(5));
             }
         });
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        while (asking == 0 || !sleeps(asking)) std::this_thread::yield();
     }
     lock.unlock();
     for (std::thread& thread : waiting) thread.join();
-    EXPECT_THAT(order, testing::ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11));
+    ASSERT_EQ(order.size(), 12u);
+    EXPECT_THAT(std::vector<int>(order.begin(), order.begin() + 6),
+                testing::ElementsAre(0, 1, 2, 3, 4, 5));
 }
 
 // A conversion may take long: while one is under way, what folds something into records waits for
