@@ -83,7 +83,10 @@ void measureSizes(const Effort& effort, pid_t* processes) {
 
 void measureMaldor(const Effort& effort, pid_t* processes) {
     if (!anyWanted(maldorCalls())) return;
-    runOnPhone("cp /usr/share/zyl/tunings/maldor/* /data/misc/zyl/");
+    // The service's own, as if it had made them.
+    runOnPhone(
+            "cp /usr/share/zyl/tunings/maldor/* /data/misc/zyl/ && "
+            "chown $(stat -c %u:%g /data/misc/zyl) /data/misc/zyl/current_*");
     waitFor(inProcess([&] { restart(processes); }));
     measureInTurn(effort, maldorCalls(), processes);
 }

@@ -15,6 +15,12 @@ constexpr rlim_t kReserved = 64;
 constexpr int kAttempts = 12;
 constexpr useconds_t kRetryDelay = 100 * 1000;
 
+// The flags are the caller's. NOLINTBEGIN(android-cloexec-open)
+int openAt(int directory, const char* path, int flags, mode_t mode) {
+    return directory == AT_FDCWD ? open(path, flags, mode) : openat(directory, path, flags, mode);
+}
+// NOLINTEND(android-cloexec-open)
+
 }  // namespace
 
 void Descriptor::reset(int fd) {
@@ -22,8 +28,8 @@ void Descriptor::reset(int fd) {
     mFd = fd;
 }
 
-int openOnce(const char* path, int flags, mode_t mode) {
-    const int fd = open(path, flags, mode);  // NOLINT(android-cloexec-open): the flags are given
+int openOnce(const char* path, int flags, mode_t mode, int directory) {
+    const int fd = openAt(directory, path, flags, mode);
     if (fd >= 0 || errno != EMFILE) return fd;
     static std::mutex reserveLock;
     const std::lock_guard<std::mutex> lock(reserveLock);
@@ -31,17 +37,17 @@ int openOnce(const char* path, int flags, mode_t mode) {
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return -1;
     const rlimit raised = {limit.rlim_max, limit.rlim_max};
     setrlimit(RLIMIT_NOFILE, &raised);
-    const int reserved = open(path, flags, mode);  // NOLINT(android-cloexec-open): as above
+    const int reserved = openAt(directory, path, flags, mode);
     const int error = errno;
     setrlimit(RLIMIT_NOFILE, &limit);
     errno = error;
     return reserved;
 }
 
-Descriptor openFile(const char* path, int flags, mode_t mode) {
+Descriptor openFile(const char* path, int flags, mode_t mode, int directory) {
     flags |= O_CLOEXEC | O_NONBLOCK;
     for (int attempt = 1;; ++attempt) {
-        Descriptor file(openOnce(path, flags, mode));
+        Descriptor file(openOnce(path, flags, mode, directory));
         if (file.isOpen() || errno != EMFILE || attempt == kAttempts) return file;
         usleep(kRetryDelay);
     }

@@ -4,6 +4,7 @@
 #ifndef ZYL_DRIVER_DESCRIPTOR_H
 #define ZYL_DRIVER_DESCRIPTOR_H
 
+#include <fcntl.h>
 #include <sys/types.h>
 
 #include <cstddef>
@@ -42,11 +43,13 @@ class Descriptor {
 // they have filled it, this goes on up to the hard limit, one file at a time, and tries again for
 // about a second if that, too, is full: a client's call gives its descriptors back when it ends.
 // Any thread.
-Descriptor openFile(const char* path, int flags, mode_t mode = 0);
+//
+// A relative path begins at `directory`, an open one.
+Descriptor openFile(const char* path, int flags, mode_t mode = 0, int directory = AT_FDCWD);
 
 // The same in a single attempt, for callers who try again by themselves; `flags` are passed on
 // unchanged. Returns the descriptor, or -1.
-int openOnce(const char* path, int flags, mode_t mode = 0);
+int openOnce(const char* path, int flags, mode_t mode = 0, int directory = AT_FDCWD);
 
 // Whether the file can be opened for reading now. One that is there but cannot be opened counts as
 // missing.

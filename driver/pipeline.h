@@ -3,8 +3,10 @@
 #ifndef ZYL_DRIVER_PIPELINE_H
 #define ZYL_DRIVER_PIPELINE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 
 #include "driver/zyl_convert_api.h"
 #include "driver/zyl_quorin_ioctl.h"
@@ -20,6 +22,31 @@ _zylZylcsQuorinPipeLineInfo reportedPipeline();
 // The size of one pipeline image in bytes, as the library reports it now.
 uint32_t reportedPipelineSize();
 
+// Memory for an image, for as long as this object lives. It is not cleared: what an earlier image
+// left is still in it.
+//
+// A block of this size is expensive to get. A large one is mapped and unmapped each time, and of
+// those that are not, an allocator keeps one in each of its arenas. So this keeps one block for
+// whoever needs one next. Any thread.
+class ImageMemory {
+  public:
+    explicit ImageMemory(size_t size);
+    ImageMemory(size_t size, const std::nothrow_t& tag);
+    ImageMemory(const ImageMemory&) = delete;
+    ImageMemory& operator=(const ImageMemory&) = delete;
+    ~ImageMemory();
+
+    // Null only where it was made with std::nothrow and there was no memory.
+    uint8_t* get() { return mBytes.get(); }
+    const uint8_t* get() const { return mBytes.get(); }
+
+  private:
+    bool takeSpare();
+
+    std::unique_ptr<uint8_t[]> mBytes;
+    size_t mSize;
+};
+
 // One pipeline image, of the size that the conversion library reports when it is made. It may have
 // room for the upload header in front, so that header and image go to the DSP in one piece. The
 // contents are not cleared.
@@ -31,13 +58,17 @@ class zylQuorinPipelineCtrl {
     zylQuorinPipelineCtrl(const zylQuorinPipelineCtrl&) = delete;
     zylQuorinPipelineCtrl& operator=(const zylQuorinPipelineCtrl&) = delete;
 
-    uint8_t* data() { return mArray.get() + mHeaderSize; }
+    uint8_t* data() { return mMemory.get() + mHeaderSize; }
     uint32_t pipelineSize() const { return mPipelineSize; }
 
     // Only for an image made with a header.
-    ParamBlockHeader* header() { return reinterpret_cast<ParamBlockHeader*>(mArray.get()); }
+    ParamBlockHeader* header() { return reinterpret_cast<ParamBlockHeader*>(mMemory.get()); }
 
     void clear();
+
+    // Leaves a mark at the very end of the image, or sees whether it is still there.
+    void mark();
+    bool isMarked();
 
     // Writes `size` bytes at a byte offset of the image. Nothing is written when the place is not
     // wholly inside the image, as the offsets are the library's and may be wrong.
@@ -46,7 +77,7 @@ class zylQuorinPipelineCtrl {
   private:
     const uint32_t mPipelineSize;
     const uint32_t mHeaderSize;
-    const std::unique_ptr<uint8_t[]> mArray;
+    ImageMemory mMemory;
 };
 
 // The upload of a single parameter: a header and a payload, which has room for at least one 32-bit

@@ -113,11 +113,18 @@ int zylDriver::upload(ParamBlockHeader* header) {
     return result;
 }
 
+// To clear the image first would cost as much as all else here. The DSP fills it from the front, as
+// a rule to its end: only where that was not reached is it cleared, and read once more.
 int zylDriver::readParamBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block) {
     *ctrl.header() = wholePipelineHeader(block);
+    ctrl.mark();
+    const int result = request(kRequestReadBlock, ctrl.header());
+    if (result != 0 || !ctrl.isMarked()) return result;
+    ctrl.clear();
     return request(kRequestReadBlock, ctrl.header());
 }
 
 int zylDriver::notifyNewParams() {
-    return android::AudioSystem::setParameters(0, android::String8("ZYL_NEW_PARAM_READY=1"));
+    static const android::String8 announcement("ZYL_NEW_PARAM_READY=1");
+    return android::AudioSystem::setParameters(0, announcement);
 }

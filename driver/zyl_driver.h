@@ -70,7 +70,8 @@ class zylDriver {
     int sendParam(ParameterBuffer& buffer, int32_t id, uint32_t size, int32_t offset,
                   CacheBlockType block);
 
-    // Reads a cache block back. `ctrl` was made with a header. Returns 0, or -1.
+    // Reads a cache block back; what the DSP leaves out is zeros. `ctrl` was made with a header.
+    // Returns 0, or -1.
     int readParamBlock(zylQuorinPipelineCtrl& ctrl, CacheBlockType block);
 
     // Tells the audio system that new parameters are in place; returns its status.

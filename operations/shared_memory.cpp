@@ -27,7 +27,8 @@ bool copyThroughKernel(CopyCall copy, void* own, void* region, size_t size) {
     const iovec remote = {region, size};
     // A copy that stops short sets no error, and one from before must not be taken for its own.
     errno = 0;
-    return copy(getpid(), &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
+    static const pid_t self = getpid();
+    return copy(self, &local, 1, &remote, 1, 0) == static_cast<ssize_t>(size);
 }
 
 // For kernels without those calls. The kernel also copies between memory and a pipe.
@@ -109,10 +110,10 @@ int32_t zyl_kwo_service::fetchCacheBlock(int32_t block) {
     uint8_t* const region = mSharedRegion;
     if (region == nullptr) return kZylKwoNoSharedRegion;
     zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
-    // A block that does not exist is fetched as zeros.
-    ctrl.clear();
-    if (isBlock(block) &&
-        driverWithoutLock().readParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
+    if (!isBlock(block)) {
+        // A block that does not exist is fetched as zeros.
+        ctrl.clear();
+    } else if (driverWithoutLock().readParamBlock(ctrl, static_cast<CacheBlockType>(block)) != 0) {
         return kZylKwoUploadFailed;
     }
     // Devices have one result for all that can go wrong with a block. Its name speaks of an upload,

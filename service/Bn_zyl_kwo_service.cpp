@@ -49,8 +49,9 @@ status_t setEnabled(const Transaction& call) {
 
 status_t getStereoMode(const Transaction& call) {
     int32_t mode = 0;
-    call.reply->writeInt32(call.service.getStereoMode(&mode));
-    return finish(call.reply->writeInt32(mode), "%s: Error writing KWO get stereo mode reply");
+    const int32_t result = call.service.getStereoMode(&mode);
+    return finish(writeWithResult(call.reply, result, &mode),
+                  "%s: Error writing KWO get stereo mode reply");
 }
 
 status_t setStereoMode(const Transaction& call) {
@@ -60,8 +61,9 @@ status_t setStereoMode(const Transaction& call) {
 
 status_t getTuning(const Transaction& call) {
     int32_t tuning = 0;
-    call.reply->writeInt32(call.service.getTuning(call.data.readInt32(), &tuning));
-    return finish(call.reply->writeInt32(tuning), "%s: error writing KWO getTuning to reply");
+    const int32_t result = call.service.getTuning(call.data.readInt32(), &tuning);
+    return finish(writeWithResult(call.reply, result, &tuning),
+                  "%s: error writing KWO getTuning to reply");
 }
 
 status_t setTuning(const Transaction& call) {
@@ -73,8 +75,9 @@ status_t setTuning(const Transaction& call) {
 
 status_t getGEQGain(const Transaction& call) {
     uint16_t gain = 0;
-    call.reply->writeInt32(call.service.getGEQGain(call.data.readInt32(), &gain));
-    return finish(call.reply->writeInt32(gain), "%s: Error writing KWO get geq gain reply");
+    const int32_t result = call.service.getGEQGain(call.data.readInt32(), &gain);
+    return finish(writeWithResult(call.reply, result, &gain),
+                  "%s: Error writing KWO get geq gain reply");
 }
 
 status_t setGEQGain(const Transaction& call) {
@@ -98,14 +101,15 @@ status_t setGEQEnable(const Transaction& call) {
 
 status_t getGEQEnable(const Transaction& call) {
     int32_t enabled = 0;
-    call.reply->writeInt32(call.service.getGEQEnable(&enabled));
-    return finish(call.reply->writeInt32(enabled), "%s: Error writing KWO get geq enable reply");
+    const int32_t result = call.service.getGEQEnable(&enabled);
+    return finish(writeWithResult(call.reply, result, &enabled),
+                  "%s: Error writing KWO get geq enable reply");
 }
 
 status_t getGEQGainAll(const Transaction& call) {
     uint16_t gains[kGEQBandCount] = {};
-    call.reply->writeInt32(call.service.getGEQGainAll(gains));
-    return finish(writeAll(call.reply, gains, kGEQBandCount),
+    const int32_t result = call.service.getGEQGainAll(gains);
+    return finish(writeWithResult(call.reply, result, gains, kGEQBandCount),
                   "%s: Problem writing GEQ gains, failed transaction");
 }
 
@@ -146,8 +150,9 @@ status_t resetListeningTestResult(const Transaction& call) {
 
 status_t getActiveRoute(const Transaction& call) {
     int32_t route = call.data.readInt32();
-    call.reply->writeInt32(call.service.getActiveRoute(&route));
-    return finish(call.reply->writeInt32(route), "%s: error writing GET_ACTIVE_ROUTE to reply");
+    const int32_t result = call.service.getActiveRoute(&route);
+    return finish(writeWithResult(call.reply, result, &route),
+                  "%s: error writing GET_ACTIVE_ROUTE to reply");
 }
 
 status_t setActiveRoute(const Transaction& call) {
@@ -162,8 +167,8 @@ status_t setReloadFlag(const Transaction& call) {
 
 status_t getRouteMask(const Transaction& call) {
     uint32_t mask = 0;
-    call.reply->writeInt32(call.service.getRouteMask(call.data.readInt32(), &mask));
-    return finish(call.reply->writeInt32(static_cast<int32_t>(mask)),
+    const int32_t result = call.service.getRouteMask(call.data.readInt32(), &mask);
+    return finish(writeWithResult(call.reply, result, &mask),
                   "%s: error writing KWO get route mask to reply");
 }
 
@@ -187,8 +192,8 @@ status_t pushCacheBlock(const Transaction& call) {
 
 status_t getDbLevels(const Transaction& call) {
     int32_t levels[kDbLevelCount] = {};
-    call.reply->writeInt32(call.service.getDbLevels(levels));
-    return finish(writeAll(call.reply, levels, kDbLevelCount),
+    const int32_t result = call.service.getDbLevels(levels);
+    return finish(writeWithResult(call.reply, result, levels, kDbLevelCount),
                   "%s: error writing get dB levels, failed transaction");
 }
 

@@ -105,8 +105,7 @@ status_t withName(const Transaction& call, Operation operation) {
     char name[kZylcsNameSize] = {};
     int32_t length = kZylcsNameSize;
     const int32_t result = operation(name, &length);
-    const int32_t head[] = {result, length};
-    const status_t status = writeAll(call.reply, head, 2);
+    const status_t status = writeWithResult(call.reply, result, &length);
     return finishSilently(status == NO_ERROR ? call.reply->writeCString(name) : status);
 }
 

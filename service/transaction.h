@@ -44,12 +44,16 @@ inline android::status_t finishSilently(android::status_t written) {
     return written == android::NO_ERROR ? android::NO_ERROR : android::FAILED_TRANSACTION;
 }
 
+// Writes an operation's result and what it reports. In one step: a reply that grows is allocated
+// time and again.
 template <typename Value>
-android::status_t writeAll(android::Parcel* reply, const Value* values, int count) {
-    for (int i = 0; i < count; ++i) {
-        const android::status_t status = reply->writeInt32(static_cast<int32_t>(values[i]));
-        if (status != android::NO_ERROR) return status;
-    }
+android::status_t writeWithResult(android::Parcel* reply, int32_t result, const Value* values,
+                                  int count = 1) {
+    const size_t size = (1 + static_cast<size_t>(count)) * sizeof(int32_t);
+    auto* const words = static_cast<int32_t*>(reply->writeInplace(size));
+    if (words == nullptr) return android::NO_MEMORY;
+    words[0] = result;
+    for (int i = 0; i < count; ++i) words[1 + i] = static_cast<int32_t>(values[i]);
     return android::NO_ERROR;
 }
 

@@ -9,10 +9,17 @@ struct FairLock::Waiter {
     Waiter* next = nullptr;
 };
 
+bool FairLock::change(State from, State to) {
+    return mState.compare_exchange_strong(from, to, std::memory_order_acq_rel);
+}
+
+// It is free only while nobody waits, so that whoever takes it at once passes by nobody.
 void FairLock::lock() {
+    if (change(kFree, kHeld)) return;
     std::unique_lock<std::mutex> guard(mMutex);
-    if (!mHeld) {
-        mHeld = true;
+    // From here on its holder looks for those who wait, unless it let go in between.
+    if (mState.exchange(kAwaited, std::memory_order_acq_rel) == kFree) {
+        mState.store(kHeld, std::memory_order_relaxed);
         return;
     }
     Waiter self;
@@ -22,15 +29,13 @@ void FairLock::lock() {
 }
 
 void FairLock::unlock() {
+    if (change(kHeld, kFree)) return;
     const std::lock_guard<std::mutex> guard(mMutex);
     Waiter* const next = mFirst;
-    if (next == nullptr) {
-        mHeld = false;
-        return;
-    }
     // The lock is handed over and never free in between. The waiter may be gone as soon as mMutex
     // is released, so it is notified before.
     mFirst = next->next;
+    if (mFirst == nullptr) mState.store(kHeld, std::memory_order_relaxed);
     next->granted = true;
     next->turn.notify_one();
 }

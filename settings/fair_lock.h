@@ -4,6 +4,7 @@
 #ifndef ZYL_SETTINGS_FAIR_LOCK_H
 #define ZYL_SETTINGS_FAIR_LOCK_H
 
+#include <atomic>
 #include <mutex>
 
 #include "settings/thread_annotations.h"
@@ -15,10 +16,13 @@ class ZYL_CAPABILITY FairLock {
     void unlock() ZYL_RELEASE();
 
   private:
+    enum State { kFree, kHeld, kAwaited };
     struct Waiter;
 
-    std::mutex mMutex;  // guards what follows; held for moments only
-    bool mHeld = false;
+    bool change(State from, State to);
+
+    std::atomic<State> mState{kFree};
+    std::mutex mMutex;  // guards those who wait; held for moments only
     Waiter* mFirst = nullptr;
     Waiter* mLast = nullptr;
 };

@@ -47,7 +47,7 @@ constexpr int kBluetoothAccessoryMode = 3;
 
 }  // namespace
 
-zylKwoErrors zylSettingsStructMaldor::loadQuorinPipeline(const std::string& path, Record* record) {
+zylKwoErrors zylSettingsStructMaldor::loadQuorinPipeline(const std::string& path, Record& record) {
     // The library is not given a size. It takes a record to be as large as the pipeline that it
     // reports; of one beyond all measure the size is told here as 0.
     const uint32_t reported = reportedPipelineSize();
@@ -57,33 +57,32 @@ zylKwoErrors zylSettingsStructMaldor::loadQuorinPipeline(const std::string& path
                  kQuorinPipelineSize, reported, path.c_str());
         return kZylKwoTuningTooShort;
     }
-    record->reset(new (std::nothrow) uint8_t[kQuorinPipelineSize]());
-    if (*record == nullptr) return kZylKwoNoMemory;
+    if (record.get() == nullptr) return kZylKwoNoMemory;
     const Descriptor file = openFile(path.c_str(), O_RDONLY);
     if (!file.isOpen()) return kZylKwoTuningNotLoadable;
-    return readFully(file, record->get(), kQuorinPipelineSize) ? kZylKwoOk : kZylKwoTuningTooShort;
+    return readFully(file, record.get(), kQuorinPipelineSize) ? kZylKwoOk : kZylKwoTuningTooShort;
 }
 
-zylKwoErrors zylSettingsStructMaldor::saveQuorinPipeline(const std::string& path,
+zylKwoErrors zylSettingsStructMaldor::saveQuorinPipeline(const std::string& file,
                                                          const Record& record, DirectorySync sync) {
-    if (replaceFile(path.c_str(), record.get(), kQuorinPipelineSize, sync) !=
+    if (replaceFile(mRecordDirectory, file.c_str(), record.get(), kQuorinPipelineSize, sync) !=
         ReplaceResult::kNotWritten) {
         return kZylKwoOk;
     }
     logError("zylKwoErrors", "saveQuorinPipeline(std::string, zylZylcsQuorinPipeLine *)",
-             "Error writing tuning file ...(file:%s)", path.c_str());
+             "Error writing tuning file ...(file:" ZYL_DATA_DIRECTORY "%s)", file.c_str());
     return kZylKwoTuningNotLoadable;
 }
 
 zylKwoErrors zylSettingsStructMaldor::modifyRecord(const std::string& file, const Modify& modify,
                                                    DirectorySync sync) {
     const std::string path = ZYL_DATA_DIRECTORY + file;
-    Record record;
-    zylKwoErrors result = loadQuorinPipeline(path, &record);
+    Record record(kQuorinPipelineSize, std::nothrow);
+    zylKwoErrors result = loadQuorinPipeline(path, record);
     if (result != kZylKwoOk) return result;
     result = errorFromLibrary(modify(reinterpret_cast<_zylZylcsQuorinPipeLine*>(record.get())));
     if (result != kZylKwoOk) return result;
-    return saveQuorinPipeline(path, record, sync);
+    return saveQuorinPipeline(file, record, sync);
 }
 
 zylKwoErrors zylSettingsStructMaldor::modifyLineoutAndBluetooth(const ModifyAtRate& modify) {

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <utility>
 
-#include "driver/descriptor.h"
+#include "driver/data_directory.h"
 
 namespace {
 
@@ -18,56 +18,65 @@ constexpr mode_t kNewFileMode = 0666;
 // The kernel follows as many.
 constexpr int kMostLinks = 40;
 
-// A path on the stack, because setters save with every call.
+// A path on the stack, because setters save with every call. It begins at the directory of the
+// save.
 struct Path {
     char text[PATH_MAX];
 
     // False when it is too long.
-    bool assign(const char* path, const char* suffix) {
-        const int length = snprintf(text, sizeof(text), "%s%s", path, suffix);
-        return length >= 0 && length < static_cast<int>(sizeof(text));
+    bool assign(const char* path, const char* suffix) { return append(text, path, suffix); }
+
+    // Puts both where `end` is, which points into the text.
+    bool append(char* end, const char* first, const char* second) {
+        const size_t firstLength = strlen(first);
+        const size_t secondSize = strlen(second) + 1;
+        if (firstLength + secondSize > static_cast<size_t>(text + sizeof(text) - end)) return false;
+        memcpy(end, first, firstLength);
+        memcpy(end + firstLength, second, secondSize);
+        return true;
     }
 
-    // Cuts off the name behind the last slash; returns where it began, or null without a slash.
-    char* cutName() {
+    // Where the name behind the last slash begins.
+    char* name() {
         char* const slash = strrchr(text, '/');
-        if (slash == nullptr) return nullptr;
-        slash[1] = '\0';
-        return slash + 1;
+        return slash == nullptr ? text : slash + 1;
     }
 };
 
 // Replaces the path of a symbolic link by that of its target.
-bool followLink(Path& path) {
+bool followLink(int directory, Path& path) {
     Path target;
-    const ssize_t length = readlink(path.text, target.text, sizeof(target.text) - 1);
+    const ssize_t length = readlinkat(directory, path.text, target.text, sizeof(target.text) - 1);
     if (length <= 0) return false;
     target.text[length] = '\0';
     if (target.text[0] == '/') return path.assign(target.text, "");
-    char* const name = path.cutName();
-    if (name == nullptr) return false;
-    const auto room = static_cast<size_t>(path.text + sizeof(path.text) - name);
-    return snprintf(name, room, "%s", target.text) < static_cast<int>(room);
+    return path.append(path.name(), target.text, "");
 }
 
 // Opens the file to be replaced, for writing, without changing it, and makes `path` the one at the
 // end of all symbolic links. The result is not open, with ENOENT, when there is no file yet.
-Descriptor openTarget(Path& path) {
+Descriptor openTarget(int directory, Path& path) {
     for (int links = 0; links < kMostLinks; ++links) {
-        Descriptor file = openFile(path.text, O_WRONLY | O_NOFOLLOW);
+        Descriptor file = openFile(path.text, O_WRONLY | O_NOFOLLOW, 0, directory);
         if (file.isOpen() || errno != ELOOP) return file;
-        if (!followLink(path)) break;
+        if (!followLink(directory, path)) break;
     }
     errno = ELOOP;
     return Descriptor();
 }
 
 // A temporary file that an earlier process has left is removed.
-Descriptor makeTemporary(const Path& path, mode_t mode) {
+Descriptor makeTemporary(int directory, const Path& path, mode_t mode) {
     constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL;
-    Descriptor file = openFile(path.text, kFlags, mode);
-    if (file.isOpen() || errno != EEXIST || unlink(path.text) != 0) return file;
-    return openFile(path.text, kFlags, mode);
+    Descriptor file = openFile(path.text, kFlags, mode, directory);
+    if (file.isOpen() || errno != EEXIST || unlinkat(directory, path.text, 0) != 0) return file;
+    return openFile(path.text, kFlags, mode, directory);
+}
+
+// A new file has the mode that it is made with, but for what the umask takes, and that leaves the
+// owner's rights alone.
+bool keepMode(const Descriptor& file, mode_t mode) {
+    return (mode & ~mode_t{S_IRWXU}) == 0 || fchmod(file.get(), mode) == 0;
 }
 
 // Whether a rename failed because the directory does not allow it, and not because of the disk.
@@ -75,8 +84,11 @@ bool isRefused(int error) {
     return error == EISDIR || error == EPERM || error == EACCES || error == EROFS || error == EBUSY;
 }
 
-ReplaceResult writeInPlace(const Path& path, Descriptor target, const void* bytes, size_t size) {
-    if (!target.isOpen()) target = openFile(path.text, O_WRONLY | O_CREAT, kNewFileMode);
+ReplaceResult writeInPlace(int directory, const Path& path, Descriptor target, const void* bytes,
+                           size_t size) {
+    if (!target.isOpen()) {
+        target = openFile(path.text, O_WRONLY | O_CREAT, kNewFileMode, directory);
+    }
     if (!target.isOpen()) return ReplaceResult::kNotOpened;
     const bool written = writeFully(target, bytes, size) &&
                          ftruncate(target.get(), static_cast<off_t>(size)) == 0 &&
@@ -86,18 +98,34 @@ ReplaceResult writeInPlace(const Path& path, Descriptor target, const void* byte
 
 // Without this, a power cut may still take the new name back although the contents are on the disk.
 // Leaves the directory of `path` in it.
-bool syncDirectoryOf(Path& path) {
-    if (path.cutName() == nullptr) return false;
-    const Descriptor directory = openFile(path.text, O_RDONLY | O_DIRECTORY);
-    return directory.isOpen() && fsync(directory.get()) == 0;
+bool syncDirectoryOf(int directory, Path& path) {
+    char* const name = path.name();
+    if (name == path.text) return fsync(directory) == 0;
+    *name = '\0';
+    const Descriptor other = openFile(path.text, O_RDONLY | O_DIRECTORY, 0, directory);
+    return other.isOpen() && fsync(other.get()) == 0;
+}
+
+// Whether the directory is still the one by its path, as far as that shows in what it has come to.
+bool isThere(int directory) {
+    struct stat about = {};
+    return fstat(directory, &about) == 0 && about.st_nlink > 0;
 }
 
 }  // namespace
 
-ReplaceResult replaceFile(const char* path, const void* bytes, size_t size, DirectorySync sync) {
+bool SaveDirectory::reopen() {
+    mDescriptor = openFile(ZYL_DATA_DIRECTORY, O_RDONLY | O_DIRECTORY);
+    return mDescriptor.isOpen();
+}
+
+ReplaceResult replaceFile(SaveDirectory& save, const char* name, const void* bytes, size_t size,
+                          DirectorySync sync) {
+    if (!isThere(save.get()) && !save.reopen()) return ReplaceResult::kNotOpened;
+    const int directory = save.get();
     Path target;
-    if (!target.assign(path, "")) return ReplaceResult::kNotOpened;
-    Descriptor old = openTarget(target);
+    if (!target.assign(name, "")) return ReplaceResult::kNotOpened;
+    Descriptor old = openTarget(directory, target);
     if (!old.isOpen() && errno != ENOENT) return ReplaceResult::kNotOpened;
     struct stat about = {};
     if (old.isOpen() && (fstat(old.get(), &about) != 0 || !S_ISREG(about.st_mode))) {
@@ -106,21 +134,23 @@ ReplaceResult replaceFile(const char* path, const void* bytes, size_t size, Dire
     Path temporary;
     if (!temporary.assign(target.text, ".tmp")) return ReplaceResult::kNotOpened;
     {
-        const Descriptor file = makeTemporary(temporary, kNewFileMode);
-        if (!file.isOpen()) return writeInPlace(target, std::move(old), bytes, size);
-        const bool written = (!old.isOpen() || fchmod(file.get(), about.st_mode & 07777) == 0) &&
+        const mode_t mode = old.isOpen() ? about.st_mode & 07777 : kNewFileMode;
+        const Descriptor file = makeTemporary(directory, temporary, mode);
+        if (!file.isOpen()) return writeInPlace(directory, target, std::move(old), bytes, size);
+        const bool written = (!old.isOpen() || keepMode(file, mode)) &&
                              writeFully(file, bytes, size) && fdatasync(file.get()) == 0;
         if (!written) {
-            unlink(temporary.text);
+            unlinkat(directory, temporary.text, 0);
             return ReplaceResult::kNotWritten;
         }
     }
-    if (rename(temporary.text, target.text) != 0) {
+    if (renameat(directory, temporary.text, directory, target.text) != 0) {
         const bool refused = isRefused(errno);
-        unlink(temporary.text);
-        return refused ? writeInPlace(target, std::move(old), bytes, size)
+        unlinkat(directory, temporary.text, 0);
+        return refused ? writeInPlace(directory, target, std::move(old), bytes, size)
                        : ReplaceResult::kNotWritten;
     }
     if (sync == DirectorySync::kWithTheNext) return ReplaceResult::kReplaced;
-    return syncDirectoryOf(temporary) ? ReplaceResult::kReplaced : ReplaceResult::kNotWritten;
+    return syncDirectoryOf(directory, temporary) ? ReplaceResult::kReplaced
+                                                 : ReplaceResult::kNotWritten;
 }

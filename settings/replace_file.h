@@ -5,6 +5,25 @@
 
 #include <cstddef>
 
+#include "driver/descriptor.h"
+
+// The service's directory, kept open so that a save does not look for it each time. One thread at a
+// time.
+class SaveDirectory {
+  public:
+    SaveDirectory() { reopen(); }
+
+    // Where it is missing, or has been removed and made anew, the one that is there now is opened.
+    // False when there is none.
+    bool reopen();
+
+    // -1 when it could not be opened.
+    int get() const { return mDescriptor.get(); }
+
+  private:
+    Descriptor mDescriptor;
+};
+
 // When the directory, and with it the file's new name, has to be on the disk: when the call
 // returns, or when the caller's next call for a file of the same directory does, which then syncs
 // it for both.
@@ -17,16 +36,17 @@ enum class ReplaceResult {
                  // directory could not be synced, the new one is in place
 };
 
-// Makes `size` bytes the contents of the file at `path`. Any thread, but one at a time for a path.
+// Makes `size` bytes the contents of the file of that name in the directory. Any thread, but one at
+// a time for a name.
 //
 // A file that cannot be opened for writing, or that is no regular file, stays as it is, even where
 // its directory would allow to replace it. A symbolic link stays, and its target is saved. A file
 // keeps its mode.
 //
-// The file is replaced through a temporary one beside it, "PATH.tmp". Where that cannot be made, or
+// The file is replaced through a temporary one beside it, "NAME.tmp". Where that cannot be made, or
 // not be put in place, because of the directory (its rights, a directory of that name, no inode
 // left), the file is written in place. That is not atomic, but it saves what it can.
-ReplaceResult replaceFile(const char* path, const void* bytes, size_t size,
-                          DirectorySync sync = DirectorySync::kNow);
+ReplaceResult replaceFile(SaveDirectory& directory, const char* name, const void* bytes,
+                          size_t size, DirectorySync sync = DirectorySync::kNow);
 
 #endif  // ZYL_SETTINGS_REPLACE_FILE_H

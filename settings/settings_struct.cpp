@@ -14,6 +14,7 @@
 namespace {
 
 constexpr char kSettingsFile[] = ZYL_LOGGED_DATA_DIRECTORY "zyl_kwo_settings";
+constexpr const char* kSettingsName = kSettingsFile + sizeof(ZYL_LOGGED_DATA_DIRECTORY) - 1;
 
 constexpr uint32_t kDefaultTuning[kRouteCount] = {1, 3, 0};
 
@@ -90,7 +91,7 @@ void zylSettingsStruct::LoadStruct() {
 
 void zylSettingsStruct::SaveStruct() {
     const ScopedLock lock(mSaveLock);
-    switch (replaceFile(kSettingsFile, &mImage, mTraits.imageSize)) {
+    switch (replaceFile(mDirectory, kSettingsName, &mImage, mTraits.imageSize)) {
         case ReplaceResult::kReplaced: return;
         case ReplaceResult::kNotOpened:
             logError("virtual void", "SaveStruct()",

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "settings/fair_lock.h"
+#include "settings/replace_file.h"
 #include "settings/settings_types.h"
 
 class zylSettingsStructMaldor;
@@ -97,6 +98,7 @@ class zylSettingsStruct {
     CommonSettingsImage& mImage;
     // Saves take turns: they share a temporary file.
     FairLock mSaveLock;
+    SaveDirectory mDirectory ZYL_GUARDED_BY(mSaveLock);
 };
 
 #endif  // ZYL_SETTINGS_SETTINGS_STRUCT_H

@@ -13,8 +13,7 @@
 #include <memory>
 #include <string>
 
-#include "driver/zyl_convert_api.h"
-#include "settings/replace_file.h"
+#include "driver/pipeline.h"
 #include "settings/settings_struct.h"
 
 // Held from before a record is changed, by tuning data or a listening test, until that is
@@ -86,7 +85,7 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
 
   private:
     // The bytes of a record.
-    using Record = std::unique_ptr<uint8_t[]>;
+    using Record = ImageMemory;
     // Changes a record in place and returns the conversion library's result.
     using Modify = std::function<int32_t(_zylZylcsQuorinPipeLine*)>;
     using ModifyAtRate =
@@ -94,9 +93,9 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
 
     static const Traits kTraits;
 
-    zylKwoErrors loadQuorinPipeline(const std::string& path, Record* record);
-    zylKwoErrors saveQuorinPipeline(const std::string& path, const Record& record,
-                                    DirectorySync sync);
+    zylKwoErrors loadQuorinPipeline(const std::string& path, Record& record);
+    zylKwoErrors saveQuorinPipeline(const std::string& file, const Record& record,
+                                    DirectorySync sync) ZYL_REQUIRES(gRecordLock);
     zylKwoErrors modifyRecord(const std::string& file, const Modify& modify,
                               DirectorySync sync = DirectorySync::kNow) ZYL_REQUIRES(gRecordLock);
     zylKwoErrors modifyLineoutAndBluetooth(const ModifyAtRate& modify) ZYL_REQUIRES(gRecordLock);
@@ -105,6 +104,7 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
     const char* imageBytes() const { return reinterpret_cast<const char*>(&mImage); }
 
     MaldorSettingsImage mImage;
+    SaveDirectory mRecordDirectory ZYL_GUARDED_BY(gRecordLock);
 };
 
 #endif  // ZYL_SETTINGS_SETTINGS_STRUCT_MALDOR_H

@@ -25,13 +25,14 @@ sp<IBinder> daemon(const sp<IBinder>& dead) {
 }
 
 status_t call(AudioCode code, const String8& text, Parcel* reply) {
+    static const String16 descriptor = audioDescriptor();
     sp<IBinder> dead;
     status_t status = DEAD_OBJECT;
     for (int attempt = 0; attempt < 2 && status == DEAD_OBJECT; ++attempt) {
         const sp<IBinder> binder = daemon(dead);
         if (binder == nullptr) return DEAD_OBJECT;
         Parcel data;
-        data.writeInterfaceToken(audioDescriptor());
+        data.writeInterfaceToken(descriptor);
         data.writeString8(text);
         status = binder->transact(code, data, reply);
         dead = binder;

@@ -20,9 +20,14 @@ thread_local Fault* current = nullptr;
 // What the thread has opened since its calls are counted.
 thread_local std::map<int, std::string> files;
 
+std::string wholePath(const char* path) {
+    return path[0] == '/' ? path : std::string(kKeptDirectory) + path;
+}
+
 int faultOf(Call call, int fd) {
     const auto file = files.find(fd);
-    return file == files.end() ? 0 : faultOf(call, file->second);
+    if (file == files.end()) return call == kSync ? faultOf(call, kKeptDirectory) : 0;
+    return faultOf(call, file->second);
 }
 
 std::mutex mappingsLock;
@@ -76,12 +81,12 @@ int faultOf(Call call, const std::string& subject) {
     return current->error;
 }
 
-int openPlainFile(const char* path, int flags, unsigned mode) {
-    const std::string name = path;
+int openPlainFile(const char* path, int flags, unsigned mode, int directory) {
+    const std::string name = wholePath(path);
     const bool counted =
             current != nullptr && current->calls != 0 && name.compare(0, 5, "/run/") != 0;
     if (counted && faultOf(kOpen, name) != 0) return -1;
-    const int fd = static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+    const int fd = static_cast<int>(syscall(SYS_openat, directory, path, flags, mode));
     files.erase(fd);
     if (counted && fd >= 0) files[fd] = name;
     return fd;
@@ -105,14 +110,16 @@ int fsync(int fd) {
     return pretendToSync(fd);
 }
 
-int rename(const char* from, const char* to) noexcept {
-    const bool renamed = faultOf(kRename, from) == 0 && syscall(SYS_rename, from, to) == 0;
+int renameat(int fromIn, const char* from, int toIn, const char* to) noexcept {
+    const bool renamed = faultOf(kRename, wholePath(from)) == 0 &&
+                         syscall(SYS_renameat, fromIn, from, toIn, to) == 0;
     if (renamed && strstr(to, "zyl_kwo_settings") != nullptr) journal("saved");
     return renamed ? 0 : -1;
 }
 
-int unlink(const char* path) noexcept {
-    return faultOf(kUnlink, path) != 0 ? -1 : static_cast<int>(syscall(SYS_unlink, path));
+int unlinkat(int directory, const char* path, int flags) noexcept {
+    if (faultOf(kUnlink, wholePath(path)) != 0) return -1;
+    return static_cast<int>(syscall(SYS_unlinkat, directory, path, flags));
 }
 
 void* mmap(void* place, size_t size, int rights, int flags, int fd, off_t offset) noexcept {

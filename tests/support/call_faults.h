@@ -4,6 +4,8 @@
 #ifndef ZYL_TESTS_SUPPORT_CALL_FAULTS_H
 #define ZYL_TESTS_SUPPORT_CALL_FAULTS_H
 
+#include <fcntl.h>
+
 #include <cstddef>
 #include <map>
 #include <string>
@@ -22,7 +24,8 @@ enum Call : unsigned {
     kEveryCall = 1023
 };
 
-// In place of an errno: half of what was asked for, or nothing, both without an error.
+// In place of an errno: half of what was asked for, or nothing, both without an error. The DSP
+// knows the latter only.
 constexpr int kHalf = -1;
 constexpr int kNothing = -2;
 
@@ -47,6 +50,9 @@ std::map<char*, size_t>& sharedMappings();
 // For whoever stands in for a call: what it fails with, errno set, or 0.
 int faultOf(Call call, const std::string& subject);
 // open() of a plain file, with its faults.
-int openPlainFile(const char* path, int flags, unsigned mode);
+int openPlainFile(const char* path, int flags, unsigned mode, int directory = AT_FDCWD);
+
+// The directory that the service keeps open, and only saves in.
+constexpr char kKeptDirectory[] = "/data/misc/zyl/";
 
 #endif  // ZYL_TESTS_SUPPORT_CALL_FAULTS_H

@@ -144,8 +144,12 @@ class Sweep {
         if (code == 0) mService = new zyl_kwo_service;
         if (code != 0) status = mService->transact(code, data, &reply);
         setFault(nullptr);
+        const Outcome outcome = {replyText(code, status, reply), mPhone.story(), Phone::log(),
+                                 filesNow()};
+        // As long as it lives it keeps its directory open.
+        if (code == 0) mService.clear();
         EXPECT_EQ(openDescriptors(), open);
-        return {replyText(code, status, reply), mPhone.story(), Phone::log(), filesNow()};
+        return outcome;
     }
 
     void check(const Fault& fault, const Outcome& run) {

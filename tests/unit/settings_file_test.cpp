@@ -216,17 +216,27 @@ TEST(SettingsFile, WhatCannotBeSavedIsLogged) {
         Phone phone;
         phone.installMaldor();
         zylSettingsStructMaldor settings;
+        zylSettingsStructTorvane torvane;
         Fault fault = {c.call, c.call == kOpen ? 1 : 0, c.error};
         uint8_t byte = 0;
         setFault(&fault);
         EXPECT_EQ(settings.applySpeakerZylcsTuning(true, {&byte, 1, &byte, 0}), c.result);
         fault = {c.call, 0, c.error};
-        zylSettingsStructTorvane().SaveStruct();
+        torvane.SaveStruct();
         setFault(nullptr);
         Lines expected = logged(false, c.problem);
         if (c.result != kZylKwoOk) expected.insert(expected.begin(), kRecord);
         EXPECT_EQ(phone.log(), expected);
     }
+}
+
+TEST(SettingsFile, IsSavedInADirectoryThatWasMadeAnew) {
+    Phone phone;
+    zylSettingsStructTorvane settings;
+    std::filesystem::remove_all("/data/misc/zyl");
+    std::filesystem::create_directory("/data/misc/zyl");
+    settings.SaveStruct();
+    EXPECT_EQ(readFile(kSettingsFile), defaultImage(false));
 }
 
 // Whatever stands in the file's place or beside it: what the file itself allows decides.

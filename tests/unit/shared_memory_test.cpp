@@ -48,6 +48,17 @@ struct Shared {
 
 }  // namespace
 
+// And not what an earlier image, of the start or of a fetch, has left in memory.
+TEST(SharedMemory, WhatTheDspLeavesOutIsZeros) {
+    Shared s;
+    EXPECT_EQ(s.service->fetchCacheBlock(1), 0);
+    Fault nothing = {kIoctl, 0, kNothing, true};
+    setFault(&nothing);
+    EXPECT_EQ(s.service->fetchCacheBlock(1), 0);
+    setFault(nullptr);
+    EXPECT_TRUE(s.get() == Bytes(kImageSize));
+}
+
 // With the kernel's calls for it, and on one that lacks them.
 TEST(SharedMemory, BlocksTravelBothWaysThroughMemoryAndFiles) {
     for (int n = 0; n < 4; ++n) {
