@@ -58,8 +58,8 @@ class TransactionSource {
     const int mRegion;
 };
 
-// The bytes of which a source of the form kAnything makes a call of a table; none for a call that it
-// cannot make.
+// The bytes of which a source of the form kAnything makes a call of a table; none for a call that
+// it cannot make.
 std::string bytesFor(const std::string& call);
 
 #endif  // ZYL_LAB_LOAD_TRANSACTIONS_H
