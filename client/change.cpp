@@ -69,7 +69,7 @@ Outcome change(Session& session, const Wanted& wanted, std::vector<Transition>* 
     bool effectOn = true;
     const StepCheck named = request.check;
     request.check = [&](const std::vector<Step>& steps) {
-        const Outcome checked = named ? named(steps) : done();
+        Outcome checked = named ? named(steps) : done();
         if (!checked.ok() || !session.options.dryRun) return checked;
         printSteps(session, steps);
         return differs();
@@ -102,7 +102,7 @@ Outcome switchedValue(Session& session, const Property& property, const std::str
                       Value* value) {
     bool on = false;
     if (lowerCase(word) == "toggle") {
-        const Outcome read = readValue(session, property, value);
+        Outcome read = readValue(session, property, value);
         *value = Value(value->on() ? 0 : 1);
         return read;
     }
@@ -152,7 +152,7 @@ void warnAbout(const Session& session, const std::vector<Change>& changes, bool 
 
 Outcome show(Session& session, const Choice& wanted) {
     State state;
-    const Outcome outcome = readState(session, wanted, &state);
+    Outcome outcome = readState(session, wanted, &state);
     if (session.options.json) {
         Json json;
         json.open('{');
@@ -166,7 +166,7 @@ Outcome show(Session& session, const Choice& wanted) {
 
 Outcome show(Session& session, const Property& property) {
     Value value;
-    const Outcome outcome = readValue(session, property, &value);
+    Outcome outcome = readValue(session, property, &value);
     if (!outcome.ok()) return outcome;
     if (session.options.json) {
         Json json;

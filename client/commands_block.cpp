@@ -32,7 +32,7 @@ Outcome fetch(Session& session, int32_t number, const std::string& name) {
 }
 
 Outcome readBlock(const std::string& name, Bytes* bytes) {
-    const Outcome outcome = readFile(name, bytes);
+    Outcome outcome = readFile(name, bytes);
     if (!outcome.ok() || bytes->size() == blockSize()) return outcome;
     return refusal(name, format("a block has %zu bytes, this file has %s", blockSize(),
                                 bytes->size() > blockSize() ? "more" : "fewer"));
@@ -92,7 +92,7 @@ Outcome block(Session& session, const Arguments& arguments) {
     if (!parseKnownRoute(arguments[1], &number)) {
         return wrongUsage("block", arguments[1], kBlockNames);
     }
-    const Outcome connected = session.connect(session.options.waitSeconds);
+    Outcome connected = session.connect(session.options.waitSeconds);
     if (!connected.ok()) return connected;
     return (verb == "fetch" ? fetch : push)(session, number, arguments[2]);
 }
@@ -140,7 +140,7 @@ Outcome verify(Session& session, const Arguments& arguments) {
     json.open('[');
     for (int32_t number = first; number <= last; ++number) {
         Verdict verdict;
-        const Outcome examined = examineBlock(session, number, &verdict);
+        Outcome examined = examineBlock(session, number, &verdict);
         if (examined.status == kNoService) return examined;
         right = right && examined.ok() && verdict.differences.empty() && !verdict.forced;
         addVerdict(json, verdict, examined);

@@ -88,7 +88,7 @@ Outcome listen(Session& session, Trial& trial, const Side (&sides)[2], const Sid
         if (apply) {
             ChangeRequest request = makeRequest(session, sides[heard].wanted);
             request.progress = nullptr;
-            const Outcome outcome = trial.apply(request);
+            Outcome outcome = trial.apply(request);
             if (!outcome.ok()) return outcome;
             printSide(session, sides[heard]);
         }
@@ -117,7 +117,7 @@ Outcome compareByEar(Session& session, const Arguments& arguments) {
         fprintf(stderr, "space switches, k keeps what is heard, q goes back to what was before\n");
     }
     const Side* kept = nullptr;
-    const Outcome listened = listen(session, trial, sides, &kept);
+    Outcome listened = listen(session, trial, sides, &kept);
     bool keptByOther = false;
     outcome = kept != nullptr && listened.ok() ? trial.keep()
                                                : trial.goBack(session.patience(), &keptByOther);

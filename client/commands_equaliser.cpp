@@ -17,7 +17,7 @@ constexpr char kVerbs[] =
 
 Outcome showEqualiser(Session& session, const std::vector<std::string>& lost) {
     State state;
-    const Outcome outcome = readState(
+    Outcome outcome = readState(
             session,
             [](const Property& row) { return row.key == "geq" || row.kind == Property::kGains; },
             &state);
@@ -69,7 +69,7 @@ Outcome parseBand(const std::string& text, const Property** band) {
 // By itself: the other bands are not sent again.
 Outcome setBand(Session& session, const Arguments& words) {
     const Property* band = nullptr;
-    const Outcome parsed = parseBand(words[1], &band);
+    Outcome parsed = parseBand(words[1], &band);
     if (!parsed.ok()) return parsed;
     return changeAndShow(session, *band, Arguments(words.begin() + 2, words.end()));
 }

@@ -32,7 +32,7 @@ void printEntry(const HistoryEntry& entry) {
 
 Outcome history(Session& session, const Arguments& arguments) {
     size_t count = kHistoryLength;
-    const Outcome parsed = parseCount("history", arguments, &count);
+    Outcome parsed = parseCount("history", arguments, &count);
     if (!parsed.ok()) return parsed;
     const History entries = loadHistory();
     Json json;
@@ -57,7 +57,7 @@ Outcome history(Session& session, const Arguments& arguments) {
 }
 
 Outcome endRunningTrial(Session& session) {
-    const Outcome outcome = endTrial(HistoryEntry::kBack);
+    Outcome outcome = endTrial(HistoryEntry::kBack);
     if (!outcome.ok()) return outcome;
     if (session.options.json) {
         Json json;

@@ -28,7 +28,7 @@ Outcome addDescriptor(Parcel& data, const std::string& name) {
 
 Outcome addBlob(Parcel& data, const std::string& name) {
     Bytes bytes;
-    const Outcome outcome = readFile(name, &bytes);
+    Outcome outcome = readFile(name, &bytes);
     if (!outcome.ok()) return outcome;
     data.writeInt32(static_cast<int32_t>(bytes.size()));
     if (!bytes.empty()) data.write(bytes.data(), bytes.size());
@@ -95,7 +95,7 @@ Outcome raw(Session& session, const Arguments& arguments) {
     Parcel data;
     data.writeInterfaceToken(Izyl_kwo_service::descriptor);
     for (size_t i = 1; i < arguments.size(); i += 2) {
-        const Outcome status = addArgument(data, arguments[i], arguments[i + 1]);
+        Outcome status = addArgument(data, arguments[i], arguments[i + 1]);
         if (!status.ok()) return status;
     }
     Parcel reply;

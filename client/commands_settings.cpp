@@ -10,7 +10,7 @@ namespace {
 
 Outcome statusOf(Session& session, const Arguments&) {
     State state;
-    const Outcome outcome = readState(session, everything, &state);
+    Outcome outcome = readState(session, everything, &state);
     if (session.options.json) {
         Json json;
         json.open('{');

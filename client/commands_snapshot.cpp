@@ -27,7 +27,7 @@ void printDone(const Session& session, const char* name, const std::string& valu
 
 Outcome takeSnapshot(Session& session, std::string* text) {
     State state;
-    const Outcome outcome = readState(session, everything, &state);
+    Outcome outcome = readState(session, everything, &state);
     *text = formatSnapshot(state);
     return outcome;
 }
@@ -47,7 +47,7 @@ Outcome snapshot(Session& session, const Arguments& arguments) {
 
 Outcome apply(Session& session, const char* what, const std::string& name, const Wanted& wanted) {
     std::vector<Transition> transitions;
-    const Outcome outcome = change(session, wanted, &transitions);
+    Outcome outcome = change(session, wanted, &transitions);
     if (!outcome.ok() || session.options.dryRun) return outcome;
     const size_t count = transitions.size();
     if (session.options.json) {
@@ -63,7 +63,7 @@ Outcome apply(Session& session, const char* what, const std::string& name, const
 
 Outcome restore(Session& session, const Arguments& arguments) {
     Wanted wanted;
-    const Outcome outcome = wantSnapshot(session, arguments[0], &wanted);
+    Outcome outcome = wantSnapshot(session, arguments[0], &wanted);
     return outcome.ok() ? apply(session, "restored", arguments[0], wanted) : outcome;
 }
 

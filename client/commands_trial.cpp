@@ -129,7 +129,7 @@ Outcome tryOut(Session& session, const Arguments& arguments) {
     if (request.progress) showProgress(0, 0, "");
     if (!outcome.ok()) {
         bool kept = false;
-        const Outcome back = trial.goBack(session.patience(), &kept);
+        Outcome back = trial.goBack(session.patience(), &kept);
         if (!back.ok()) complain(session.options, back);
         return outcome;
     }
@@ -139,7 +139,7 @@ Outcome tryOut(Session& session, const Arguments& arguments) {
 }
 
 Outcome keep(Session& session, const Arguments&) {
-    const Outcome outcome = endTrial(HistoryEntry::kKeep);
+    Outcome outcome = endTrial(HistoryEntry::kKeep);
     if (!outcome.ok()) return outcome;
     if (session.options.json) {
         Json json;

@@ -66,7 +66,7 @@ struct Upload {
 
 Outcome showNames(Session& session) {
     State state;
-    const Outcome outcome = readState(
+    Outcome outcome = readState(
             session,
             [](const Property& property) { return property.key.compare(0, 5, "data.") == 0; },
             &state);
@@ -106,7 +106,7 @@ Outcome parseUpload(const Arguments& arguments, size_t* next, Upload* upload) {
 }
 
 Outcome readUpload(Upload& upload) {
-    const Outcome outcome = readFile(upload.file, &upload.data);
+    Outcome outcome = readFile(upload.file, &upload.data);
     if (!outcome.ok() || hasIdentifier(upload.data)) return outcome;
     return refusal(upload.file,
                    "no tuning data: it must begin with an identifier of 1 to 36 characters and a "

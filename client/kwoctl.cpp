@@ -38,7 +38,7 @@ Outcome checkUsage(const Command& command, const Given& given) {
 // the next that comes along.
 Outcome endForgottenTrial(Session& session) {
     HistoryEntry ended;
-    const Outcome outcome = recoverTrial(session, FileLock::kTry, session.patience(), &ended);
+    Outcome outcome = recoverTrial(session, FileLock::kTry, session.patience(), &ended);
     if (ended.number == 0 || !outcome.ok()) return outcome;
     warn(session.options, "try",
          "the trial of " + readableTime(ended.time) + " was cut off; " +
@@ -76,7 +76,7 @@ Outcome runCommandLine(const Given& given) {
     const Command* const command = findCommand(words[0]);
     if (command == nullptr) return unknownCommand(words[0]);
     if (given.help && words.size() > 2) words.resize(2);
-    const Outcome usage = given.help ? done() : checkUsage(*command, given);
+    Outcome usage = given.help ? done() : checkUsage(*command, given);
     if (!usage.ok()) return usage;
     Session session(given.options, joinWords(words));
     std::unique_ptr<Patience> patience;

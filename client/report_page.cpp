@@ -134,7 +134,7 @@ void fill(std::string* page, const std::string& place, const std::string& text) 
 
 Outcome makeReportPage(Session& session, std::string* page) {
     Report report;
-    const Outcome outcome = readState(session, everything, &report.state);
+    Outcome outcome = readState(session, everything, &report.state);
     if (!outcome.ok()) return outcome;
     std::string blocks;
     for (int32_t number = 0; number < kKnownRoutes; ++number) {

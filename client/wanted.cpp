@@ -26,7 +26,7 @@ Outcome parseAssignment(const std::string& text, std::vector<Change>* changes) {
     }
     Value value;
     const auto values = splitWords(text.substr(equals + 1), ", \t");
-    const Outcome parsed = parseValue(*property, values, &value);
+    Outcome parsed = parseValue(*property, values, &value);
     if (parsed.ok()) changes->push_back({property, value});
     return parsed;
 }
@@ -44,7 +44,7 @@ Outcome wantSet(const Arguments& assignments, Wanted* wanted) {
         }
     }
     for (const std::string& assignment : joined) {
-        const Outcome parsed = parseAssignment(assignment, &wanted->changes);
+        Outcome parsed = parseAssignment(assignment, &wanted->changes);
         if (!parsed.ok()) return parsed;
     }
     wanted->equal = Equal::kSend;

@@ -84,7 +84,7 @@ Outcome Application::record(const Property& property) {
 Outcome Application::send(const Step& step) {
     const Property& property = *step.property;
     const Value value = step.asBefore ? *findValue(mPrevious, property) : step.value;
-    const Outcome sent =
+    Outcome sent =
             resultOf(property.key, property.set(mConnection.service(), property.selector, value));
     if (!sent.ok()) return sent;
     bool known = false;
@@ -95,7 +95,7 @@ Outcome Application::send(const Step& step) {
     }
     if (!known) mSent.push_back({&property, value});
     Value found;
-    const Outcome read = readValue(mConnection, property, &found);
+    Outcome read = readValue(mConnection, property, &found);
     if (!read.ok() || found == value) return read;
     return refusal(property.key, "set to " + formatValue(property, value) +
                                          ", but the service has " + formatValue(property, found));

@@ -59,7 +59,7 @@ Outcome findBands(const std::string& given, Bands* bands) {
         return parseBands("--bands", given, bands);
     }
     std::string text;
-    const Outcome read = readTextFile(file, &text);
+    Outcome read = readTextFile(file, &text);
     return read.ok() ? parseBands(file, text, bands) : read;
 }
 

@@ -219,7 +219,7 @@ Outcome parseCurve(const std::string& name, const std::string& text, const Bands
     *curve = Curve();
     const Words lines = linesOf(text);
     Target target;
-    const Outcome parsed = parseTarget(name, lines, &target, curve);
+    Outcome parsed = parseTarget(name, lines, &target, curve);
     if (!parsed.ok()) return parsed;
     if (target.points.empty() && target.filters.empty()) return parsePlain(name, lines, curve);
     if (bands.empty()) {

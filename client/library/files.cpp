@@ -38,7 +38,7 @@ Outcome readFile(const std::string& name, Bytes* bytes) {
 
 Outcome readTextFile(const std::string& name, std::string* text) {
     Bytes bytes;
-    const Outcome read = readFile(name, &bytes);
+    Outcome read = readFile(name, &bytes);
     if (!read.ok()) return read;
     text->assign(bytes.begin(), bytes.end());
     return text->find('\0') == std::string::npos ? done() : refusal(name, "is not text");

@@ -55,7 +55,7 @@ void parseState(const std::string& text, HistoryEntry::State* state) {
 }
 
 Outcome edit(const std::function<void(History*)>& change) {
-    const Outcome made = makeStorage("");
+    Outcome made = makeStorage("");
     if (!made.ok()) return made;
     FileLock lock;
     if (!lock.take(historyFile() + ".lock", FileLock::kWait)) {
@@ -184,7 +184,7 @@ Outcome updateBefore(const HistoryEntry& entry) {
 
 bool changeState(int number, HistoryEntry::State from, HistoryEntry::State to) {
     bool changed = false;
-    const Outcome saved = edit([&](History* history) {
+    Outcome saved = edit([&](History* history) {
         for (HistoryEntry& entry : *history) {
             if (entry.number != number || entry.state != from) continue;
             entry.state = to;

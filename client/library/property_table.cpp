@@ -281,6 +281,7 @@ std::vector<Property> makeTable() {
 
 std::vector<Property> makeBands() {
     std::vector<Property> bands;
+    bands.reserve(kGEQBandCount);
     for (int32_t band = 0; band < kGEQBandCount; ++band) {
         bands.push_back(part("", band,
                              one(format("gains.%d", band).c_str(), format("band %d", band).c_str(),

@@ -47,7 +47,7 @@ void removeUnchanged(HistoryEntry* entry) {
 Outcome goBackTo(Connection& connection, const std::vector<Change>& before, double patience,
                  std::vector<Transition>* transitions) {
     Application application(connection, patience);
-    const Outcome outcome = planAndApply(connection, before, Equal::kSkip, nullptr, &application);
+    Outcome outcome = planAndApply(connection, before, Equal::kSkip, nullptr, &application);
     if (transitions != nullptr) *transitions = application.transitions();
     return outcome;
 }
@@ -65,7 +65,7 @@ Outcome changeRecorded(Connection& connection, const ChangeRequest& request,
     application.setRecorder([&](const Property& property, const Value& previous) {
         return recording ? saveBefore(&entry, property, previous) : done();
     });
-    const Outcome outcome =
+    Outcome outcome =
             planAndApply(connection, request.wanted, request.equal, request.check, &application);
     *transitions = application.transitions();
     if (entry.number == 0) return outcome;
@@ -79,7 +79,7 @@ Outcome changeRecorded(Connection& connection, const ChangeRequest& request,
         entry.state = HistoryEntry::kComplete;
         removeUnchanged(&entry);
     }
-    const Outcome saved = updateHistory(entry);
+    Outcome saved = updateHistory(entry);
     return outcome.ok() ? saved : outcome;
 }
 
@@ -89,13 +89,13 @@ Outcome undo(Connection& connection, size_t count, const ChangeRequest& request,
     if (entries.empty()) return refusal("undo", "there is nothing to undo");
     Application application(connection, request.patience);
     application.setProgress(request.progress);
-    const Outcome outcome =
+    Outcome outcome =
             planAndApply(connection, undoing(entries), Equal::kSkip, request.check, &application);
     *transitions = application.transitions();
     if (!outcome.ok()) return outcome;
     for (HistoryEntry entry : entries) {
         entry.state = HistoryEntry::kUndone;
-        const Outcome saved = updateHistory(entry);
+        Outcome saved = updateHistory(entry);
         if (!saved.ok()) return saved;
         numbers->push_back(entry.number);
     }
@@ -103,7 +103,7 @@ Outcome undo(Connection& connection, size_t count, const ChangeRequest& request,
 }
 
 Outcome Trial::begin(const std::string& command) {
-    const Outcome made = makeStorage("");
+    Outcome made = makeStorage("");
     if (!made.ok()) return made;
     if (!mLock.take(lockFile(), FileLock::kTry)) {
         return refusal("try", "another trial runs", "kwoctl keep or kwoctl undo ends it");
@@ -111,7 +111,7 @@ Outcome Trial::begin(const std::string& command) {
     mEntry.command = command;
     mEntry.time = now();
     mEntry.state = HistoryEntry::kOnTrial;
-    const Outcome added = addToHistory(&mEntry);
+    Outcome added = addToHistory(&mEntry);
     return added.ok() ? startGuard() : added;
 }
 
@@ -140,7 +140,7 @@ Outcome Trial::apply(const ChangeRequest& request) {
     application.setRecorder([this](const Property& property, const Value& previous) {
         return saveBefore(&mEntry, property, previous);
     });
-    const Outcome outcome =
+    Outcome outcome =
             planAndApply(mConnection, request.wanted, request.equal, request.check, &application);
     takeAfter(application.transitions(), &mEntry);
     return outcome;
@@ -164,7 +164,7 @@ Outcome Trial::goBack(double patience, bool* kept) {
     changeState(mEntry.number, HistoryEntry::kOnTrial, HistoryEntry::kBack);
     *kept = state() == HistoryEntry::kKeep;
     if (*kept) return keep();
-    const Outcome outcome = goBackTo(mConnection, mEntry.before, patience, nullptr);
+    Outcome outcome = goBackTo(mConnection, mEntry.before, patience, nullptr);
     if (!outcome.ok()) return outcome;
     mEntry.state = HistoryEntry::kUndone;
     return mEntry.before.empty() ? removeFromHistory(mEntry.number) : updateHistory(mEntry);
@@ -189,10 +189,10 @@ Outcome recoverTrial(Connection& connection, FileLock::Wait wait, double patienc
         return updateHistory(trial);
     }
     if (!connection.connected()) {
-        const Outcome connected = connection.connect(patience);
+        Outcome connected = connection.connect(patience);
         if (!connected.ok()) return connected;
     }
-    const Outcome back = goBackTo(connection, trial.before, patience, nullptr);
+    Outcome back = goBackTo(connection, trial.before, patience, nullptr);
     if (!back.ok()) return back;
     trial.state = HistoryEntry::kUndone;
     return updateHistory(trial);

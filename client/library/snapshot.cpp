@@ -21,7 +21,7 @@ Outcome parseLine(const std::string& where, std::vector<std::string> words, Snap
         if (overlap(*change.property, *property)) return refusal(where, key + " comes twice");
     }
     Value value;
-    const Outcome parsed = parseValue(*property, words, &value);
+    Outcome parsed = parseValue(*property, words, &value);
     if (!parsed.ok()) return refusal(where, key + ": " + parsed.why, "nothing is restored");
     snapshot->changes.push_back({property, value});
     return done();
@@ -53,8 +53,7 @@ Outcome parseSnapshot(const std::string& name, const std::string& text, Snapshot
         const auto words = splitWords(text.substr(start, end - start));
         start = end + 1;
         if (words.empty() || words[0][0] == '#') continue;
-        const Outcome parsed =
-                parseLine(format("%s:%zu", name.c_str(), number + 1), words, snapshot);
+        Outcome parsed = parseLine(format("%s:%zu", name.c_str(), number + 1), words, snapshot);
         if (!parsed.ok()) return parsed;
     }
     return snapshot->changes.empty() ? refusal(name, "no snapshot: it sets nothing") : done();
