@@ -57,25 +57,25 @@ Outcome changeAndShow(Session& session, const Property& property, const Argument
     return outcome.ok() ? showEqualiser(session, {}) : outcome;
 }
 
-Outcome parseBand(const std::string& text, const Property** band) {
+Outcome parseBand(const std::string& text, int32_t* band) {
     int32_t number = 0;
     if (!parseNumber(text, &number) || number < 0 || number >= kGEQBandCount) {
         return wrongUsage("geq", text, format("a band: 0 to %d", kGEQBandCount - 1));
     }
-    *band = &bandProperty(number);
+    *band = number;
     return done();
 }
 
 // By itself: the other bands are not sent again.
 Outcome setBand(Session& session, const Arguments& words) {
-    const Property* band = nullptr;
+    int32_t band = 0;
     Outcome parsed = parseBand(words[1], &band);
     if (!parsed.ok()) return parsed;
-    return changeAndShow(session, *band, Arguments(words.begin() + 2, words.end()));
+    return changeAndShow(session, bandProperty(band), Arguments(words.begin() + 2, words.end()));
 }
 
 Outcome addToBand(Session& session, const Arguments& words) {
-    const Property* band = nullptr;
+    int32_t band = 0;
     Outcome outcome = parseBand(words[1], &band);
     if (!outcome.ok()) return outcome;
     const std::string text = joinWords(Arguments(words.begin() + 2, words.end()));
@@ -84,18 +84,18 @@ Outcome addToBand(Session& session, const Arguments& words) {
         return wrongUsage("geq", text, "what to add in decibels, such as +1.5 or -2dB");
     }
     Value gain;
-    outcome = readValue(session, *band, &gain);
+    outcome = readValue(session, bandProperty(band), &gain);
     if (!outcome.ok()) return outcome;
     const double sum = gainOf(decibelsOf(gain.numbers[0]) + decibels);
     if (sum < kLowestGain || sum > kHighestGain) {
         outcome = wrongUsage("geq", "", "");
         outcome.why = format("%s %s makes %s, out of range; it takes a gain: %s",
-                             nameOfBand(session.bands, static_cast<size_t>(bandOf(*band))).c_str(),
+                             nameOfBand(session.bands, static_cast<size_t>(band)).c_str(),
                              formatDecibels(decibels).c_str(),
                              formatDecibels(decibelsOf(sum)).c_str(), kGainRange);
         return outcome;
     }
-    outcome = changeOne(session, *band, Value(sum));
+    outcome = changeOne(session, bandProperty(band), Value(sum));
     return outcome.ok() ? showEqualiser(session, {}) : outcome;
 }
 

@@ -64,8 +64,8 @@ class Waiting {
     void showTime() const {
         if (!mCounts) return;
         const auto left = std::chrono::duration_cast<std::chrono::seconds>(mEnd - Clock::now());
-        fprintf(stderr, "\r%3lld s  Enter keeps it, Ctrl-C goes back ",
-                static_cast<long long>(left.count() + 1));
+        fprintf(stderr, "\r%3s s  Enter keeps it, Ctrl-C goes back ",
+                std::to_string(left.count() + 1).c_str());
     }
 
     Session& mSession;

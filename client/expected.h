@@ -23,12 +23,12 @@ struct Expected {
 Outcome expectBlock(Connection& connection, int32_t number, const Bytes& found, Expected* expected);
 
 struct Verdict {
-    int32_t number;
+    int32_t number = 0;
     Expected expected;
     std::vector<Difference> differences;
     // It is as forced mode leaves lineout's and bluetooth's. The differences are then those that
     // forced mode does not account for.
-    bool forced;
+    bool forced = false;
 };
 Outcome examineBlock(Connection& connection, int32_t number, Verdict* verdict);
 

@@ -30,8 +30,8 @@ void addParameters(Json& json) {
     json.close();
 }
 
-void addBlock(Json& json, const BlockReport& block, int32_t number) {
-    json.open('{').name("name").text(kRouteNames[number]).name("found").text(base64(block.found));
+void addBlock(Json& json, const BlockReport& block, const char* name) {
+    json.open('{').name("name").text(name).name("found").text(base64(block.found));
     json.name("expected");
     json.text(block.outcome.ok() ? base64(block.verdict.expected.block) : "").close();
 }
@@ -63,8 +63,7 @@ std::string makeReportData(const Session& session, const Report& report) {
     addEqualiser(json, session, report.state);
     addParameters(json);
     json.name("blocks").open('[');
-    for (size_t i = 0; i < report.blocks.size(); ++i) {
-        addBlock(json, report.blocks[i], static_cast<int32_t>(i));
-    }
+    const char* const* name = kRouteNames;
+    for (const BlockReport& block : report.blocks) addBlock(json, block, *name++);
     return json.close().close().str();
 }

@@ -17,7 +17,7 @@ struct Name {
 
 constexpr Name kNames[] = {
         {HistoryEntry::kIncomplete, "incomplete"},
-        {HistoryEntry::kCarriedOut, "done"},
+        {HistoryEntry::kComplete, "done"},
         {HistoryEntry::kUndone, "undone"},
         {HistoryEntry::kOnTrial, "on-trial"},
         {HistoryEntry::kKeep, "keep"},

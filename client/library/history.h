@@ -12,7 +12,7 @@
 struct HistoryEntry {
     enum State {
         kIncomplete,  // was not carried out to its end, and not taken back either
-        kCarriedOut,
+        kComplete,
         kUndone,
         kOnTrial,  // will be taken back unless it is kept
         kKeep,     // of a trial: it is to be kept,

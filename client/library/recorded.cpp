@@ -76,7 +76,7 @@ Outcome changeRecorded(Connection& connection, const ChangeRequest& request,
         return outcome;
     }
     if (outcome.ok()) {
-        entry.state = HistoryEntry::kCarriedOut;
+        entry.state = HistoryEntry::kComplete;
         removeUnchanged(&entry);
     }
     Outcome saved = updateHistory(entry);
@@ -155,7 +155,7 @@ HistoryEntry::State Trial::state() const {
 }
 
 Outcome Trial::keep() {
-    mEntry.state = HistoryEntry::kCarriedOut;
+    mEntry.state = HistoryEntry::kComplete;
     removeUnchanged(&mEntry);
     return mEntry.before.empty() ? removeFromHistory(mEntry.number) : updateHistory(mEntry);
 }
@@ -185,7 +185,7 @@ Outcome recoverTrial(Connection& connection, FileLock::Wait wait, double patienc
     if (trial.number == 0) return done();
     *ended = trial;
     if (trial.state == HistoryEntry::kKeep) {
-        trial.state = HistoryEntry::kCarriedOut;
+        trial.state = HistoryEntry::kComplete;
         return updateHistory(trial);
     }
     if (!connection.connected()) {

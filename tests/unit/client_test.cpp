@@ -355,9 +355,9 @@ TEST(History, IsReadBackAsItWasWritten) {
 
 TEST(History, GoesBackToWhatWasBeforeTheOldest) {
     const History history = {
-            entry(1, HistoryEntry::kCarriedOut, "stereo 1", "stereo 2"),
+            entry(1, HistoryEntry::kComplete, "stereo 1", "stereo 2"),
             entry(2, HistoryEntry::kUndone, "stereo 2", "stereo 3"),
-            entry(3, HistoryEntry::kCarriedOut, "stereo 2; geq off", "stereo 3; geq on"),
+            entry(3, HistoryEntry::kComplete, "stereo 2; geq off", "stereo 3; geq on"),
             entry(4, HistoryEntry::kIncomplete, "route lineout", ""),
     };
     const struct {
@@ -373,8 +373,8 @@ TEST(History, GoesBackToWhatWasBeforeTheOldest) {
         EXPECT_EQ(row.back, describeChanges(undoing(lastUndoable(history, row.count))))
                 << row.count;
     }
-    const History bands = {entry(1, HistoryEntry::kCarriedOut, "gains 725", "gains 800"),
-                           entry(2, HistoryEntry::kCarriedOut, "gains.3 800", "gains.3 900")};
+    const History bands = {entry(1, HistoryEntry::kComplete, "gains 725", "gains 800"),
+                           entry(2, HistoryEntry::kComplete, "gains.3 800", "gains.3 900")};
     EXPECT_EQ(1U, undoing(lastUndoable(bands, 2)).size());
 }
 
