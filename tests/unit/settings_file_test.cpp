@@ -260,6 +260,7 @@ TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
              EACCES},
             {"a directory", [] { mkdir(kSettingsFile, 0700); }, false},
             {"a FIFO", [] { mkfifo(kSettingsFile, 0600); }, false},
+            {"a socket", [] { mknod(kSettingsFile, S_IFSOCK | 0600, 0); }, false},
             {"a device", [] { mknod(kSettingsFile, S_IFCHR | 0600, makedev(1, 3)); }, false},
             {"a link", [&] { make(kTarget), symlink("target", kSettingsFile); }, true, 0, 0, 0,
              kTarget},
