@@ -35,11 +35,19 @@ JOURNAL = f"[ ! -e /run/journal ] || exec tail -n {LINES} -F /run/journal"
 CHANGES_BLOCK = re.compile(r"dsp (write|fail|config) ")
 
 
-def _complaint(text: str) -> dict:
-    """What kwoctl complained of first: members what, why, remedy, as far as it said them."""
+def _said(text: str, kind: str) -> list[dict]:
+    """The errors or warnings among kwoctl's lines: members what, why, remedy, as far as it says them."""
+    found = []
     for line in text.splitlines():
         with contextlib.suppress(ValueError, KeyError, TypeError):
-            return json.loads(line)["error"]
+            found.append(json.loads(line)[kind])
+    return found
+
+
+def _complaint(text: str) -> dict:
+    """What kwoctl complained of first."""
+    for error in _said(text, "error"):
+        return error
     return {"why": text.strip().removeprefix("kwoctl: ") or "kwoctl failed without a word"}
 
 
@@ -117,7 +125,7 @@ class Hub:
         self._changed.set()
         if results.each[0].status != 0:
             return {"error": _complaint(results.complaints)}
-        return {"result": results.each[0].read()}
+        return {"result": results.each[0].read(), "warnings": _said(results.complaints, "warning")}
 
     async def _snapshot(self) -> bytes:
         results = await self._phone.run([["kwoctl", "snapshot", "-"]])

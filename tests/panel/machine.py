@@ -107,5 +107,6 @@ def dress(driver, width: int, height: int, scheme: str):
 
 
 def photograph(driver, path: Path, beyond: bool = True):
-    taken = driver.execute_cdp_cmd("Page.captureScreenshot", {"captureBeyondViewport": beyond})
+    taken = driver.execute_cdp_cmd("Page.captureScreenshot", {
+        "captureBeyondViewport": beyond, "format": path.suffix[1:]})
     path.write_bytes(base64.b64decode(taken["data"]))

@@ -40,6 +40,7 @@ class Block {
             event.preventDefault();
             if (event.dataTransfer.files.length > 0) upload(name, event.dataTransfer.files[0]);
         };
+        this.#draw();
     }
 
     showBytes(bytes) {

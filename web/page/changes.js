@@ -28,6 +28,7 @@ export class Changes {
 
     run(what, words, data) {
         this.#wanted.set(what, {words, data});
+        document.body.ariaBusy = "true";
         if (this.#busy === null) this.#next();
     }
 
@@ -39,12 +40,13 @@ export class Changes {
             this.#busy = null;
             this.#settled(what);
         }
+        document.body.ariaBusy = "false";
     }
 
-    // Says what went wrong, if anything did.
-    show(answer) {
-        const {what, why, remedy} = answer.error ?? {};
-        text("message", why === undefined ? "" :
+    // Says what went wrong, if anything did, and what was not done as it was asked for.
+    show({error, warnings = [], result}) {
+        const lines = [...(error ? [error] : []), ...warnings].map(({what, why, remedy}) =>
             `${what ? `${what}: ` : ""}${why}${remedy ? `. Remedy: ${remedy}` : ""}`);
+        text("message", [...lines, ...(result?.lost ?? [])].join("; "));
     }
 }

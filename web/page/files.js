@@ -37,6 +37,8 @@ export class Files {
     }
 
     show(state) {
+        byId("data").replaceChildren(...Object.entries(state.data ?? {}).map(([kind, name]) =>
+            element("li", {}, element("span", {textContent: kind}), element("code", {textContent: name}))));
         const kinds = [...(state.data ? DATA : []), ...SETTINGS, ...BLOCKS];
         if (kinds.length === this.#kinds.length) return;
         this.#kinds = kinds;
