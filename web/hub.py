@@ -20,8 +20,10 @@ BLOCKS = ("speaker", "lineout", "bluetooth")
 # kwoctl's exit status without a service.
 NO_SERVICE = 3
 # Seconds: before the phone is tried again, after which silence it is asked whether it is still there,
-# how long changes are waited for to come to an end, and how often blocks are read unasked.
-RETRY, SILENCE, QUIET, PERIOD = 1, 15, 0.2, 10
+# without a change before what changed is read closer, and how often blocks are read unasked.
+RETRY, SILENCE, QUIET, PERIOD = 1, 15, 0.3, 10
+# How often changes may put that off.
+MOST_QUIET = 10
 # How many lines of a log a page that comes gets to see.
 LINES = 300
 
@@ -239,8 +241,12 @@ class Hub:
             with contextlib.suppress(asyncio.TimeoutError):
                 await asyncio.wait_for(self._changed.wait(),
                                        None if self._lines["journal"] else PERIOD)
-            await asyncio.sleep(QUIET)
-            self._changed.clear()
+            # While a slider is dragged it would only be in the way, but it is not put off for ever.
+            for _ in range(MOST_QUIET):
+                self._changed.clear()
+                await asyncio.sleep(QUIET)
+                if not self._changed.is_set() and not self._turn.locked():
+                    break
             if self._pages and self._is_up():
                 with contextlib.suppress(Gone):
                     await self._read_closer()
