@@ -248,13 +248,16 @@ class Hub:
                 if not self._changed.is_set() and not self._turn.locked():
                     break
             if self._pages and self._is_up():
-                with contextlib.suppress(Gone):
+                try:
                     await self._read_closer()
+                except Gone:
+                    self._changed.set()
+                    await asyncio.sleep(RETRY)
 
     async def _read_closer(self):
         results = await self._phone.run(
             [[*KWOCTL, "verify"], [*KWOCTL, "history"], [*KWOCTL, "preset", "list"],
-             *(["kwoctl", "block", "fetch", name, "-"] for name in BLOCKS)])
+             *(["kwoctl", "block", "fetch", name, "-"] for name in BLOCKS)], patience=180)
         verdicts, history, presets, *blocks = results.each
         self._show("verdicts", blocks=verdicts.read() or [])
         self._show("history", entries=history.read() or [])
