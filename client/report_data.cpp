@@ -30,8 +30,8 @@ void addParameters(Json& json) {
     json.close();
 }
 
-void addBlock(Json& json, const BlockReport& block, const char* name) {
-    json.open('{').name("name").text(name).name("found").text(base64(block.found));
+void addBlock(Json& json, const BlockReport& block) {
+    json.open('{').name("name").text(block.name).name("found").text(base64(block.found));
     json.name("expected");
     json.text(block.outcome.ok() ? base64(block.verdict.expected.block) : "").close();
 }
@@ -63,7 +63,6 @@ std::string makeReportData(const Session& session, const Report& report) {
     addEqualiser(json, session, report.state);
     addParameters(json);
     json.name("blocks").open('[');
-    const char* const* name = kRouteNames;
-    for (const BlockReport& block : report.blocks) addBlock(json, block, *name++);
+    for (const BlockReport& block : report.blocks) addBlock(json, block);
     return json.close().close().str();
 }

@@ -120,6 +120,7 @@ std::string makeBlock(const BlockReport& block, int32_t number) {
 
 BlockReport readBlock(Session& session, int32_t number) {
     BlockReport block;
+    block.name = kRouteNames[number];
     block.outcome = resultOf(kRouteNames[number], session.fetchBlock(number, &block.found));
     if (block.outcome.ok()) block.outcome = examineBlock(session, number, &block.verdict);
     return block;

@@ -12,7 +12,8 @@
 #include "client/session.h"
 
 struct BlockReport {
-    Outcome outcome;  // whether the block could be read and compared
+    std::string name;  // its route's
+    Outcome outcome;   // whether the block could be read and compared
     Bytes found;
     Verdict verdict;
 };
