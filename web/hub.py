@@ -185,6 +185,8 @@ class Hub:
         finally:
             # Only now may the next one begin, and pages offer it.
             self._trial = None
+            if not begun.done():
+                begun.set_result({})
             if self._shown.get("trial", {}).get("trial") == "running":
                 self._show("trial", **end)
 
