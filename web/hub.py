@@ -158,30 +158,37 @@ class Hub:
         self._show("sides", side=self._side)
 
     async def _try(self, words: list[str]) -> dict:
-        if self._trial is not None and not self._trial.done():
+        if self._trial is not None:
             return {"error": {"why": "a trial runs already"}}
         begun = asyncio.get_running_loop().create_future()
         self._trial = asyncio.create_task(self._follow_trial(words, begun))
         return await begun
 
     async def _follow_trial(self, words: list[str], begun: asyncio.Future):
+        end = {"trial": "over"}
         try:
             async for line in self._phone.stream(shlex.join([*KWOCTL, *words])):
-                with contextlib.suppress(ValueError):
+                with contextlib.suppress(ValueError, KeyError):
                     message = json.loads(line)
-                    left = message.get("seconds", 0)
-                    self._trial_end = time.monotonic() + left
-                    self._show("trial", **message, left=left)
-                    await self._refresh()
-                    self._changed.set()
+                    if message["trial"] == "running":
+                        self._trial_end = time.monotonic() + message["seconds"]
+                        self._show("trial", **message, left=message["seconds"])
+                    else:
+                        end = message
+                await self._refresh()
+                self._changed.set()
                 if not begun.done():
                     begun.set_result({})
         except Gone as gone:
             if not begun.done():
                 begun.set_result({"error": _complaint(str(gone))})
         finally:
+            # Only now may the next one begin, and pages offer it.
+            self._trial = None
+            if not begun.done():
+                begun.set_result({})
             if self._shown.get("trial", {}).get("trial") == "running":
-                self._show("trial", trial="over")
+                self._show("trial", **end)
 
     # What the phone does by itself.
 
@@ -255,14 +262,16 @@ class Hub:
                     await asyncio.sleep(RETRY)
 
     async def _read_closer(self):
-        results = await self._phone.run(
-            [[*KWOCTL, "verify"], [*KWOCTL, "history"], [*KWOCTL, "preset", "list"],
-             *(["kwoctl", "block", "fetch", name, "-"] for name in BLOCKS)], patience=180)
-        verdicts, history, presets, *blocks = results.each
+        # One after the other, so that what matters most is there first.
+        verdicts = (await self._phone.run([[*KWOCTL, "verify"]])).each[0]
         self._show("verdicts", blocks=verdicts.read() or [])
+        history, presets = (await self._phone.run(
+            [[*KWOCTL, "history"], [*KWOCTL, "preset", "list"]])).each
         self._show("history", entries=history.read() or [])
         self._show("presets", presets=presets.read() or [])
-        for name, block in zip(BLOCKS, blocks):
+        blocks = await self._phone.run(
+            [["kwoctl", "block", "fetch", name, "-"] for name in BLOCKS])
+        for name, block in zip(BLOCKS, blocks.each):
             if block.status == 0:
                 self._show(f"block {name}", name=name,
                            bytes=base64.b64encode(block.output).decode())
