@@ -106,22 +106,26 @@ bool syncDirectoryOf(int directory, Path& path) {
     return other.isOpen() && fsync(other.get()) == 0;
 }
 
-// Whether the directory is still the one by its path, as far as that shows in what it has come to.
-bool isThere(int directory) {
-    struct stat about = {};
-    return fstat(directory, &about) == 0 && about.st_nlink > 0;
-}
-
 }  // namespace
+
+bool SaveDirectory::isCurrent() const {
+    struct stat about = {};
+    return mDescriptor.isOpen() && stat(ZYL_DATA_DIRECTORY, &about) == 0 &&
+           about.st_dev == mDevice && about.st_ino == mInode;
+}
 
 bool SaveDirectory::reopen() {
     mDescriptor = openFile(ZYL_DATA_DIRECTORY, O_RDONLY | O_DIRECTORY);
-    return mDescriptor.isOpen();
+    struct stat about = {};
+    if (!mDescriptor.isOpen() || fstat(mDescriptor.get(), &about) != 0) return false;
+    mDevice = about.st_dev;
+    mInode = about.st_ino;
+    return true;
 }
 
 ReplaceResult replaceFile(SaveDirectory& save, const char* name, const void* bytes, size_t size,
                           DirectorySync sync) {
-    if (!isThere(save.get()) && !save.reopen()) return ReplaceResult::kNotOpened;
+    if (!save.isCurrent() && !save.reopen()) return ReplaceResult::kNotOpened;
     const int directory = save.get();
     Path target;
     if (!target.assign(name, "")) return ReplaceResult::kNotOpened;

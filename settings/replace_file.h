@@ -13,8 +13,10 @@ class SaveDirectory {
   public:
     SaveDirectory() { reopen(); }
 
-    // Where it is missing, or has been removed and made anew, the one that is there now is opened.
-    // False when there is none.
+    // Whether it is open, and still the one by its path.
+    bool isCurrent() const;
+
+    // Opens the one that is by its path now. False when there is none.
     bool reopen();
 
     // -1 when it could not be opened.
@@ -22,6 +24,8 @@ class SaveDirectory {
 
   private:
     Descriptor mDescriptor;
+    dev_t mDevice = 0;
+    ino_t mInode = 0;
 };
 
 // When the directory, and with it the file's new name, has to be on the disk: when the call

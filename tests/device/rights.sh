@@ -18,7 +18,8 @@ expect 'a start leaves open what a daemon has and binder' "$used" "$(descriptors
 reply 5 i32 3 >/dev/null
 kwoctl block fetch speaker /tmp/block >/dev/null
 dumpsys zyl_kwo_service >/dev/null
-expect 'and so do calls' "$used" "$(descriptors)"
+expect 'and so do calls, but for the directory of what they save' \
+    '/dev/null /run/log/zyl_kwo_service /run/log/zyl_kwo_service /data/misc/zyl /dev/binder' "$(descriptors)"
 expect 'its files are for nobody else' \
     '660 1000:audio /dev/zyl_quorin
 770 2950:audio /data/misc/zyl
