@@ -72,7 +72,10 @@ clean_start() {
     mkdir /etc/zyl
     case $1 in
         torvane) cp /usr/share/zyl/tunings/torvane/* /etc/zyl/ ;;
-        maldor) cp /usr/share/zyl/tunings/maldor/* /data/misc/zyl/ ;;
+        maldor)
+            cp /usr/share/zyl/tunings/maldor/* /data/misc/zyl/
+            chown 2950:audio /data/misc/zyl/*
+            ;;
     esac
     restart_service
     story >/dev/null
