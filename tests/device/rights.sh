@@ -7,19 +7,19 @@ process=/proc/$(pidof zyl_kwo_service)
 descriptors() {
     for fd in "$process"/fd/*; do readlink "$fd"; done | paste -sd ' '
 }
-used='/dev/null /run/log/zyl_kwo_service /run/log/zyl_kwo_service /dev/binder'
+# Binder, and the directory of what it saves.
+used='/dev/null /run/log/zyl_kwo_service /run/log/zyl_kwo_service /data/misc/zyl /dev/binder'
 
 expect 'it runs as its user, without capabilities' \
     '2950:audio 0000000000000000 0000000000000000 0000000000000000' \
     "$(stat -c %u:%G "$process") $(awk '/^Groups:/ && NF > 1 || /^Cap(Inh|Prm|Eff):/ { print $2 }' "$process/status" | paste -sd ' ')"
 expect 'and in its domain, which is enforced' 'u:r:zyl_kwo_service:s0 1' \
     "$(tr -d '\0' <"$process/attr/current") $(cat /sys/fs/selinux/enforce)"
-expect 'a start leaves open what a daemon has and binder' "$used" "$(descriptors)"
+expect 'a start leaves open what a daemon has and what it keeps' "$used" "$(descriptors)"
 reply 5 i32 3 >/dev/null
 kwoctl block fetch speaker /tmp/block >/dev/null
 dumpsys zyl_kwo_service >/dev/null
-expect 'and so do calls, but for the directory of what they save' \
-    '/dev/null /run/log/zyl_kwo_service /run/log/zyl_kwo_service /data/misc/zyl /dev/binder' "$(descriptors)"
+expect 'and so do calls' "$used" "$(descriptors)"
 expect 'its files are for nobody else' \
     '660 1000:audio /dev/zyl_quorin
 770 2950:audio /data/misc/zyl

@@ -217,8 +217,8 @@ int close(int fd) {
     return result;
 }
 
-// The thread sanitizer follows descriptors by the calls that it sees. It sees neither opens nor closes
-// here, so it must not see this one either.
+// The thread sanitizer follows descriptors by the calls that it sees. It sees neither opens nor
+// closes here, so it must not see this one either.
 int fstat(int fd, struct stat* about) noexcept {
     return static_cast<int>(syscall(SYS_fstat, fd, about));
 }
