@@ -146,10 +146,10 @@ expect 'an image larger than a record is not folded into one' 'fffffffc a record
 rm /etc/zyl/conversion.conf
 kill_service
 
-# Clients have filled its table of descriptors: standard input, output and error, the directory of what it
-# saves and binder are all it has.
+# Clients have filled its table of descriptors: standard input, output and error, binder, and the directory
+# for its settings and for its records are all it has.
 # shellcheck disable=SC3045  # the phone's shell has it
-(exec >>/run/log/zyl_kwo_service 2>&1; ulimit -Sn 5 && exec as shell 2950:audio zyl_kwo_service) &
+(exec >>/run/log/zyl_kwo_service 2>&1; ulimit -Sn 6 && exec as shell 2950:audio zyl_kwo_service) &
 found
 new_log >/dev/null
 expect 'with its table full it starts, saves and reaches the DSP' '00000000 / w2.1=3 w2.2=3 a' \
