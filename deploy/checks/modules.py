@@ -9,8 +9,8 @@ from pathlib import Path
 
 SHIPPED = ("interface", "service", "operations", "driver", "settings", "client")
 # CMake's names of what a tree calls otherwise; the others only have "lib" in front.
-LIBRARIES = {"lab::conversion": "libzyl-kwo-zylcs-conv", "lab::media": "libmedia",
-             "lab::properties": "libcutils"}
+LIBRARIES = {"maker::conversion": "libzyl-kwo-zylcs-conv", "platform::media": "libmedia",
+             "platform::properties": "libcutils"}
 # What only CMake's build asks of the sources, and what only a tree's says.
 STRICTER = {"-Werror", "-Wconversion", "-Wold-style-cast", "-Wshadow", "-Wthread-safety-beta",
             "-Wc++17-extensions", "-Wc++20-extensions", "-std=c++14"}
