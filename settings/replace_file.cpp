@@ -31,6 +31,7 @@ struct Path {
         const size_t firstLength = strlen(first);
         const size_t secondSize = strlen(second) + 1;
         if (firstLength + secondSize > static_cast<size_t>(text + sizeof(text) - end)) return false;
+        // The NUL is the second one's. NOLINTNEXTLINE(bugprone-not-null-terminated-result)
         memcpy(end, first, firstLength);
         memcpy(end + firstLength, second, secondSize);
         return true;
