@@ -85,7 +85,7 @@ Outcome change(Session& session, const Wanted& wanted, std::vector<Transition>* 
     if (!outcome.ok()) return withTunings(outcome);
     Value effect;
     const Property& effectRow = property("effect");
-    if (effectRow.get(session.service(), 0, &effect) == kZylKwoOk) effectOn = effect.on();
+    if (getProperty(session.service(), effectRow, &effect) == kZylKwoOk) effectOn = effect.on();
     warnAbout(session, wanted.changes, effectOn);
     return touches(made, wanted, "effect") ? checkDsp(session) : done();
 }
@@ -153,28 +153,13 @@ void warnAbout(const Session& session, const std::vector<Change>& changes, bool 
 Outcome show(Session& session, const Choice& wanted) {
     State state;
     Outcome outcome = readState(session, wanted, &state);
-    if (session.options.json) {
-        Json json;
-        json.open('{');
-        addToJson(json, state);
-        print(json.close());
-        return outcome;
-    }
-    for (const Reading& reading : state) printValue(*reading.property, reading.value);
+    printState(session, state);
     return outcome;
 }
 
 Outcome show(Session& session, const Property& property) {
     Value value;
     Outcome outcome = readValue(session, property, &value);
-    if (!outcome.ok()) return outcome;
-    if (session.options.json) {
-        Json json;
-        json.open('{');
-        addToJson(json, State{{&property, value}});
-        print(json.close());
-    } else {
-        printValue(property, value);
-    }
-    return done();
+    if (outcome.ok()) printState(session, {{&property, value}});
+    return outcome;
 }

@@ -22,31 +22,7 @@ Outcome showEqualiser(Session& session, const std::vector<std::string>& lost) {
             [](const Property& row) { return row.key == "geq" || row.kind == Property::kGains; },
             &state);
     if (!outcome.ok()) return outcome;
-    if (session.options.json) {
-        Json json;
-        json.open('{');
-        addToJson(json, state);
-        if (!session.bands.empty()) {
-            json.name("bands").open('[');
-            for (double hertz : session.bands) json.number(hertz);
-            json.close();
-        }
-        if (!lost.empty()) {
-            json.name("lost").open('[');
-            for (const std::string& line : lost) json.text(line);
-            json.close();
-        }
-        print(json.close());
-        return done();
-    }
-    for (const Reading& reading : state) {
-        if (reading.property->kind == Property::kGains) {
-            printGains(session, reading.value);
-        } else {
-            printValue(*reading.property, reading.value);
-        }
-    }
-    for (const std::string& line : lost) printf("lost           %s\n", line.c_str());
+    printOverview(session, state, lost);
     return done();
 }
 

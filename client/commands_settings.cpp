@@ -11,25 +11,7 @@ namespace {
 Outcome statusOf(Session& session, const Arguments&) {
     State state;
     Outcome outcome = readState(session, everything, &state);
-    if (session.options.json) {
-        Json json;
-        json.open('{');
-        addToJson(json, state);
-        if (!session.bands.empty()) {
-            json.name("bands").open('[');
-            for (double hertz : session.bands) json.number(hertz);
-            json.close();
-        }
-        print(json.close());
-        return outcome;
-    }
-    for (const Reading& reading : state) {
-        if (reading.property->kind == Property::kGains) {
-            printGains(session, reading.value);
-        } else {
-            printValue(*reading.property, reading.value);
-        }
-    }
+    printOverview(session, state, {});
     return outcome;
 }
 
@@ -49,7 +31,7 @@ Outcome get(Session& session, const Arguments& given) {
         for (const Property* one : wanted) {
             Value value;
             if (one != &property) continue;
-            const int32_t result = one->get(session.service(), one->selector, &value);
+            const int32_t result = getProperty(session.service(), *one, &value);
             if (result == kZylKwoOk) state.push_back({one, value});
             if (result != kZylKwoNotAvailable && outcome.ok()) outcome = resultOf(one->key, result);
             return;
@@ -57,14 +39,7 @@ Outcome get(Session& session, const Arguments& given) {
     };
     for (const Property& property : properties()) read(property);
     for (int32_t band = 0; band < kGEQBandCount; ++band) read(bandProperty(band));
-    if (session.options.json) {
-        Json json;
-        json.open('{');
-        addToJson(json, state);
-        print(json.close());
-        return outcome;
-    }
-    for (const Reading& reading : state) printValue(*reading.property, reading.value);
+    printState(session, state);
     return outcome;
 }
 

@@ -38,6 +38,19 @@ void wipeLine() {
     fprintf(stderr, "\r%*s\r", kLineWidth, "");
 }
 
+// The bands one below the other; with bars where the session shows them.
+void printGains(const Session& session, const Value& gains) {
+    for (size_t band = 0; band < gains.numbers.size(); ++band) {
+        const double decibels = decibelsOf(gains.numbers[band]);
+        printf("band %zu  %5.0f  %8s", band, gains.numbers[band], formatDecibels(decibels).c_str());
+        if (!session.bands.empty()) {
+            printf("  %8s", formatFrequency(session.bands[band]).c_str());
+        }
+        if (session.options.bars) printf("  %s", bar(decibels, session.options.colour).c_str());
+        printf("\n");
+    }
+}
+
 }  // namespace
 
 void addToJson(Json& json, const Outcome& outcome) {
@@ -92,16 +105,44 @@ void printValue(const Property& property, const Value& value) {
     printf("%-14s %s%s\n", property.label.c_str(), property.part.c_str(), text.c_str());
 }
 
-void printGains(const Session& session, const Value& gains) {
-    for (size_t band = 0; band < gains.numbers.size(); ++band) {
-        const double decibels = decibelsOf(gains.numbers[band]);
-        printf("band %zu  %5.0f  %8s", band, gains.numbers[band], formatDecibels(decibels).c_str());
-        if (!session.bands.empty()) {
-            printf("  %8s", formatFrequency(session.bands[band]).c_str());
-        }
-        if (session.options.bars) printf("  %s", bar(decibels, session.options.colour).c_str());
-        printf("\n");
+void printState(const Session& session, const State& state) {
+    if (session.options.json) {
+        Json json;
+        json.open('{');
+        addToJson(json, state);
+        print(json.close());
+        return;
     }
+    for (const Reading& reading : state) printValue(*reading.property, reading.value);
+}
+
+void printOverview(const Session& session, const State& state,
+                   const std::vector<std::string>& lost) {
+    if (session.options.json) {
+        Json json;
+        json.open('{');
+        addToJson(json, state);
+        if (!session.bands.empty()) {
+            json.name("bands").open('[');
+            for (double hertz : session.bands) json.number(hertz);
+            json.close();
+        }
+        if (!lost.empty()) {
+            json.name("lost").open('[');
+            for (const std::string& line : lost) json.text(line);
+            json.close();
+        }
+        print(json.close());
+        return;
+    }
+    for (const Reading& reading : state) {
+        if (reading.property->kind == Property::kGains) {
+            printGains(session, reading.value);
+        } else {
+            printValue(*reading.property, reading.value);
+        }
+    }
+    for (const std::string& line : lost) printf("lost           %s\n", line.c_str());
 }
 
 void printTransitions(const Session& session, const std::vector<Transition>& transitions) {

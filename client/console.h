@@ -24,8 +24,12 @@ void addToJson(Json& json, const Outcome& outcome);
 // A line, at once: whoever reads a pipe waits for it.
 void print(const Json& json, FILE* out = stdout);
 void printValue(const Property& property, const Value& value);
-// The bands one below the other; with bars where the session shows them.
-void printGains(const Session& session, const Value& gains);
+// What was read: a line each, or an object.
+void printState(const Session& session, const State& state);
+// The same as a person looks at it: the gains one below the other, with their bands' frequencies,
+// and what of a curve did not reach them.
+void printOverview(const Session& session, const State& state,
+                   const std::vector<std::string>& lost);
 // "stereo            1 -> 2", a line each.
 void printTransitions(const Session& session, const std::vector<Transition>& transitions);
 

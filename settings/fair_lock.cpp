@@ -9,13 +9,8 @@ struct FairLock::Waiter {
     Waiter* next = nullptr;
 };
 
-bool FairLock::change(State from, State to) {
-    return mState.compare_exchange_strong(from, to, std::memory_order_acq_rel);
-}
-
 // It is free only while nobody waits, so that whoever takes it at once passes by nobody.
-void FairLock::lock() {
-    if (change(kFree, kHeld)) return;
+void FairLock::lockInTurn() {
     std::unique_lock<std::mutex> guard(mMutex);
     // From here on its holder looks for those who wait, unless it let go in between.
     if (mState.exchange(kAwaited, std::memory_order_acq_rel) == kFree) {
@@ -28,8 +23,7 @@ void FairLock::lock() {
     self.turn.wait(guard, [&self] { return self.granted; });
 }
 
-void FairLock::unlock() {
-    if (change(kHeld, kFree)) return;
+void FairLock::handOver() {
     const std::lock_guard<std::mutex> guard(mMutex);
     Waiter* const next = mFirst;
     // The lock is handed over and never free in between. The waiter may be gone as soon as mMutex

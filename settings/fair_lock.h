@@ -12,14 +12,23 @@
 // Not recursive. Any thread.
 class ZYL_CAPABILITY FairLock {
   public:
-    void lock() ZYL_ACQUIRE();
-    void unlock() ZYL_RELEASE();
+    // Where nobody else wants it, these are an instruction on an atomic each, and no call.
+    void lock() ZYL_ACQUIRE() {
+        if (!change(kFree, kHeld)) lockInTurn();
+    }
+    void unlock() ZYL_RELEASE() {
+        if (!change(kHeld, kFree)) handOver();
+    }
 
   private:
     enum State { kFree, kHeld, kAwaited };
     struct Waiter;
 
-    bool change(State from, State to);
+    bool change(State from, State to) {
+        return mState.compare_exchange_strong(from, to, std::memory_order_acq_rel);
+    }
+    void lockInTurn();
+    void handOver();
 
     std::atomic<State> mState{kFree};
     std::mutex mMutex;  // guards those who wait; held for moments only

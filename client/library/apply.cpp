@@ -84,8 +84,7 @@ Outcome Application::record(const Property& property) {
 Outcome Application::send(const Step& step) {
     const Property& property = *step.property;
     const Value value = step.asBefore ? *findValue(mPrevious, property) : step.value;
-    Outcome sent =
-            resultOf(property.key, property.set(mConnection.service(), property.selector, value));
+    Outcome sent = resultOf(property.key, setProperty(mConnection.service(), property, value));
     if (!sent.ok()) return sent;
     bool known = false;
     for (Change& change : mSent) {

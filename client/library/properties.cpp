@@ -81,7 +81,30 @@ Outcome wrongCount(const Property& property, size_t given) {
     return outcome;
 }
 
+// Some calls fail without a result where a device has not what they are for; its generation says
+// why.
+int32_t explained(Izyl_kwo_service& service, const Property& failed, int32_t result) {
+    if (result != kZylKwoCallFailed || failed.generations.empty()) return result;
+    const Property& generation = property("generation");
+    Value value;
+    const int32_t asked = generation.get(service, generation.selector, &value);
+    return asked == kZylKwoOk && !belongsTo(failed, value.text) ? kZylKwoNotAvailable : result;
+}
+
 }  // namespace
+
+int32_t getProperty(Izyl_kwo_service& service, const Property& property, Value* value) {
+    return explained(service, property, property.get(service, property.selector, value));
+}
+
+int32_t setProperty(Izyl_kwo_service& service, const Property& property, const Value& value) {
+    return explained(service, property, property.set(service, property.selector, value));
+}
+
+bool belongsTo(const Property& property, const std::string& generation) {
+    const auto& all = property.generations;
+    return all.empty() || std::find(all.begin(), all.end(), generation) != all.end();
+}
 
 const Property* findProperty(const std::string& key) {
     for (const Property& property : properties()) {

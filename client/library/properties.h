@@ -29,8 +29,7 @@ struct Value {
 struct Property {
     // How a value is written, and what is accepted.
     enum Kind { kSwitch, kNumber, kRoute, kGains, kReals, kMask, kText };
-    // Both return one of the service's results. kZylKwoNotAvailable says that this device has no
-    // such property.
+    // Both return one of the service's results.
     using Getter = int32_t (*)(Izyl_kwo_service& service, int32_t selector, Value* value);
     using Setter = int32_t (*)(Izyl_kwo_service& service, int32_t selector, const Value& value);
 
@@ -44,8 +43,16 @@ struct Property {
     std::string accepts;  // in words
     int32_t selector;     // passed on to the functions
     Getter get;
-    Setter set;  // null: it can only be read
+    Setter set;                            // null: it can only be read
+    std::vector<std::string> generations;  // that have it; empty: all
 };
+
+// Return one of the service's results; kZylKwoNotAvailable says that this device has no such
+// property.
+int32_t getProperty(Izyl_kwo_service& service, const Property& property, Value* value);
+int32_t setProperty(Izyl_kwo_service& service, const Property& property, const Value& value);
+// Whether devices of that settings generation have it.
+bool belongsTo(const Property& property, const std::string& generation);
 
 // In the order in which they are shown.
 const std::vector<Property>& properties();

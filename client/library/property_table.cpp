@@ -109,40 +109,29 @@ int32_t setListeningTest(Service& service, int32_t, const Value& value) {
     return service.setListeningTestResult(values[0], values[1], values[2], values[3]);
 }
 
+constexpr char kTorvane[] = "torvane";
+constexpr char kMaldor[] = "maldor";
+constexpr char kNone[] = "none";
+
 // The service does not say it; only one generation has tuning numbers, and only the other one
 // names.
 int32_t getGeneration(Service& service, int32_t, Value* value) {
     Value unused;
-    const int32_t numbers = getTuning(service, 0, &unused);
-    const int32_t names = getName<&Service::getSpeakerZylcsTuningName>(service, 0, &unused);
-    for (int32_t result : {numbers, names}) {
-        if (result != kZylKwoOk && result != kZylKwoNotAvailable) return result;
-    }
-    value->text = numbers == kZylKwoOk ? "torvane" : names == kZylKwoOk ? "maldor" : "none";
+    value->text = kTorvane;
+    int32_t result = getTuning(service, 0, &unused);
+    if (result != kZylKwoNotAvailable) return result;
+    value->text = kMaldor;
+    result = getName<&Service::getSpeakerZylcsTuningName>(service, 0, &unused);
+    if (result != kZylKwoNotAvailable) return result;
+    value->text = kNone;
     return kZylKwoOk;
-}
-
-// These two calls fail without a result where a device has not what they are for; its generation
-// says why.
-int32_t explainFailure(Service& service, int32_t result, const std::vector<std::string>& without) {
-    if (result != kZylKwoCallFailed) return result;
-    Value generation;
-    const int32_t asked = getGeneration(service, 0, &generation);
-    const bool absent = asked == kZylKwoOk &&
-                        std::find(without.begin(), without.end(), generation.text) != without.end();
-    return absent ? kZylKwoNotAvailable : result;
 }
 
 int32_t getEffect(Service& service, int32_t, Value* value) {
     int32_t enabled = 0;
     const int32_t result = service.getEnabled(&enabled);
     value->numbers = {static_cast<double>(enabled)};
-    return explainFailure(service, result, {"none"});
-}
-
-int32_t setEffect(Service& service, int32_t, const Value& value) {
-    const int32_t result = service.setEnabled(static_cast<int32_t>(value.numbers[0]));
-    return explainFailure(service, result, {"none"});
+    return result;
 }
 
 int32_t getListeningTest(Service& service, int32_t, Value* value) {
@@ -150,7 +139,7 @@ int32_t getListeningTest(Service& service, int32_t, Value* value) {
     const int32_t result =
             service.getListeningTestResult(&values[0], &values[1], &values[2], &values[3]);
     value->numbers.assign(values, values + kListeningTestValues);
-    return explainFailure(service, result, {"none", "torvane"});
+    return result;
 }
 
 int32_t getVersion(Service& service, int32_t, Value* value) {
@@ -199,7 +188,7 @@ constexpr Range kAnyRoute = {kLow, kHigh, "a route: speaker, lineout, bluetooth 
 
 // The makers of rows: what is read only, what is one value, and what is several.
 Property readOnly(const char* key, const char* label, Property::Kind kind, Property::Getter get) {
-    return {key, label, "", kind, kind == Property::kText ? 0U : 1U, 0, 0, "", 0, get, nullptr};
+    return {key, label, "", kind, kind == Property::kText ? 0U : 1U, 0, 0, "", 0, get, nullptr, {}};
 }
 
 Property text(const char* key, const char* label, Property::Getter get) {
@@ -208,7 +197,8 @@ Property text(const char* key, const char* label, Property::Getter get) {
 
 Property several(size_t count, const char* key, const char* label, Property::Kind kind,
                  const Range& range, Property::Getter get, Property::Setter set) {
-    return {key, label, "", kind, count, range.lowest, range.highest, range.accepts, 0, get, set};
+    return {key,           label,         "", kind, count, range.lowest,
+            range.highest, range.accepts, 0,  get,  set,   {}};
 }
 
 Property one(const char* key, const char* label, Property::Kind kind, const Range& range,
@@ -223,12 +213,19 @@ Property part(const char* name, int32_t selector, Property property) {
     return property;
 }
 
+Property of(const std::vector<std::string>& generations, Property property) {
+    property.generations = generations;
+    return property;
+}
+
 Property tuning(const char* key, const char* name, int32_t route) {
-    return part(name, route, one(key, "tuning", Property::kNumber, kTunings, getTuning, setTuning));
+    return of({kTorvane},
+              part(name, route,
+                   one(key, "tuning", Property::kNumber, kTunings, getTuning, setTuning)));
 }
 
 Property data(const char* key, const char* name, int32_t selector, Property::Getter get) {
-    return part(name, selector, text(key, "tuning data", get));
+    return of({kMaldor}, part(name, selector, text(key, "tuning data", get)));
 }
 
 Property mask(const char* key, const char* name, int32_t route) {
@@ -243,11 +240,13 @@ Range gainRange() {
 std::vector<Property> makeTable() {
     constexpr auto kAccessory = getNameOf<&Service::getAccessoryZylcsTuningName>;
     constexpr auto kRoom = getNameOf<&Service::getStereoRoomZylcsTuningName>;
+    const std::vector<std::string> settings = {kTorvane, kMaldor};
     return {
             text("generation", "generation", getGeneration),
-            one("effect", "effect", Property::kSwitch, kOnOff, getEffect, setEffect),
-            one("stereo", "stereo mode", Property::kNumber, kStereoModes,
-                getWord<&Service::getStereoMode>, setWord<&Service::setStereoMode>),
+            of(settings, one("effect", "effect", Property::kSwitch, kOnOff, getEffect,
+                             setWord<&Service::setEnabled>)),
+            of(settings, one("stereo", "stereo mode", Property::kNumber, kStereoModes,
+                             getWord<&Service::getStereoMode>, setWord<&Service::setStereoMode>)),
             tuning("tuning.speaker", "speaker ", 0),
             tuning("tuning.lineout", "lineout ", 1),
             tuning("tuning.bluetooth", "bluetooth ", 2),
@@ -261,12 +260,12 @@ std::vector<Property> makeTable() {
             data("data.stereo-room-2", "stereo-room 2        ", 2, kRoom),
             data("data.multichannel-room", "multichannel-room    ", 0,
                  getName<&Service::getMultiChannelRoomZylcsTuningName>),
-            several(kListeningTestValues, "listening-test", "listening test", Property::kReals,
-                    kAnyReal, getListeningTest, setListeningTest),
-            one("geq", "equaliser", Property::kSwitch, kOnOff, getWord<&Service::getGEQEnable>,
-                setWord<&Service::setGEQEnable>),
-            several(kGEQBandCount, "gains", "gains", Property::kGains, gainRange(), getGains,
-                    setGains),
+            of({kMaldor}, several(kListeningTestValues, "listening-test", "listening test",
+                                  Property::kReals, kAnyReal, getListeningTest, setListeningTest)),
+            of(settings, one("geq", "equaliser", Property::kSwitch, kOnOff,
+                             getWord<&Service::getGEQEnable>, setWord<&Service::setGEQEnable>)),
+            of(settings, several(kGEQBandCount, "gains", "gains", Property::kGains, gainRange(),
+                                 getGains, setGains)),
             several(kDbLevelCount, "levels", "levels", Property::kNumber, kAnyNumber, getLevels,
                     setLevels),
             one("route", "active route", Property::kRoute, kAnyRoute,

@@ -32,13 +32,17 @@ bool settable(const Property& property) {
 
 Outcome readState(Connection& connection, const Choice& wanted, State* state) {
     Outcome outcome;
+    // Once it is known, nobody is asked for what this device cannot have.
+    std::string generation;
     state->clear();
     for (const Property& property : properties()) {
         if (!wanted(property)) continue;
+        if (!generation.empty() && !belongsTo(property, generation)) continue;
         Value value;
-        const int32_t result = property.get(connection.service(), property.selector, &value);
+        const int32_t result = getProperty(connection.service(), property, &value);
         if (result == kZylKwoNotAvailable) continue;
         if (result == kZylKwoOk) {
+            if (property.key == "generation") generation = value.text;
             state->push_back({&property, value});
             continue;
         }
@@ -49,7 +53,7 @@ Outcome readState(Connection& connection, const Choice& wanted, State* state) {
 }
 
 Outcome readValue(Connection& connection, const Property& property, Value* value) {
-    return resultOf(property.key, property.get(connection.service(), property.selector, value));
+    return resultOf(property.key, getProperty(connection.service(), property, value));
 }
 
 const Value* find(const State& state, const Property& wanted, Value* band) {

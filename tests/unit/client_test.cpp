@@ -1,8 +1,7 @@
 // What the client's library decides by itself: how arguments, curves and snapshots are read, which
 // steps a change takes, what a history takes back.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <binder/Binder.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -14,6 +13,7 @@
 #include "client/library/parse.h"
 #include "client/library/shared_region.h"
 #include "client/library/snapshot.h"
+#include "tests/support/phone.h"
 
 namespace {
 
@@ -281,6 +281,50 @@ TEST(Plan, ThatSetsWhatIsNotNamedCanBeRefused) {
 }
 
 // Snapshots and states
+
+// State
+
+// Stands before a service, and counts the calls that it refuses.
+class Counter : public android::BBinder {
+  public:
+    explicit Counter(const android::sp<zyl_kwo_service>& service) : mService(service) {}
+    int refused = 0;
+
+  protected:
+    android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
+                                 uint32_t flags) override {
+        const auto& service = static_cast<const android::sp<android::IBinder>&>(mService);
+        const android::status_t status = service->transact(code, data, reply, flags);
+        reply->setDataPosition(0);
+        if (status != android::NO_ERROR || reply->readInt32() == kZylKwoNotAvailable) ++refused;
+        return status;
+    }
+
+  private:
+    const android::sp<zyl_kwo_service> mService;
+};
+
+TEST(State, IsReadWithoutAskingForWhatTheDeviceCannotHave) {
+    const struct {
+        const char* generation;
+        void (*install)();
+        size_t readings;
+        int refused;  // by which the generation is known
+    } kRows[] = {{"torvane", Phone::installTorvane, 15, 0},
+                 {"maldor", Phone::installMaldor, 20, 1},
+                 {"none", [] {}, 8, 2}};
+    for (const auto& row : kRows) {
+        Phone phone;
+        row.install();
+        const android::sp<Counter> counter = new Counter(phone.start());
+        Connection connection(Izyl_kwo_service::asInterface(counter));
+        State state;
+        EXPECT_TRUE(readState(connection, everything, &state).ok()) << row.generation;
+        EXPECT_EQ(row.generation, state.at(0).value.text);
+        EXPECT_EQ(row.readings, state.size()) << row.generation;
+        EXPECT_EQ(row.refused, counter->refused) << row.generation;
+    }
+}
 
 TEST(Snapshot, SaysInWhichLineItIsWrong) {
     const struct {
