@@ -8,7 +8,6 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <string>
 
 #include "benchmarks/bench.h"
@@ -73,9 +72,12 @@ class Caller {
 // settings over it.
 std::string takeJournal() {
     std::ifstream file(kJournal);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    std::string text{std::istreambuf_iterator<char>(file), {}};
     if (truncate(kJournal, 0) != 0) giveUp("no journal");
-    return std::regex_replace(text, std::regex("crc=\\S*"), "crc");
+    for (size_t at = 0; (at = text.find("crc=", at)) != std::string::npos; ++at) {
+        text.erase(at, text.find_first_of(" \n", at) - at);
+    }
+    return text;
 }
 
 // Both reply the same, and the DSP and the audio system hear the same.

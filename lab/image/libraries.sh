@@ -8,15 +8,14 @@ library_path=("$platform/lib")
 
 # The libraries of that sysroot, after those of any named before.
 use_libraries_of() {
-    library_path+=("$1/usr/lib/$CROSS/android" "$1/lib/$CROSS" "$1/usr/lib/$CROSS"
-        "$1/usr/lib/p7zip")
+    library_path+=("$1/usr/lib/$CROSS/android" "$1/lib/$CROSS" "$1/usr/lib/$CROSS")
 }
 
 # The place on the phone of a library by that name, where the run paths and the loader look.
 library_place() {
     case $1 in
         "$platform"/*) echo system/lib ;;
-        */android/* | */p7zip/*) echo "usr/lib/$CROSS/android" ;;
+        */android/*) echo "usr/lib/$CROSS/android" ;;
         *) echo "lib/$CROSS" ;;
     esac
 }

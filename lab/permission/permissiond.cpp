@@ -7,10 +7,10 @@
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
 #include <glob.h>
+#include <regex.h>
 
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <set>
 #include <string>
 #include <utility>
@@ -28,15 +28,18 @@ constexpr int32_t kShell = 2000;
 using Grants = std::set<std::pair<int32_t, std::string>>;
 
 void readGrants(const std::string& path, Grants* grants) {
-    static const std::regex kAssignment(
-            "<assign-permission name=\"([^\"]*)\" uid=\"([^\"]*)\" */>");
+    regex_t assignment;
+    regcomp(&assignment, "<assign-permission name=\"([^\"]*)\" uid=\"([^\"]*)\" */>", REG_EXTENDED);
     std::ifstream file(path);
     const std::string text(std::istreambuf_iterator<char>(file), {});
-    for (std::sregex_iterator match(text.begin(), text.end(), kAssignment), end; match != end;
-         ++match) {
-        const uid_t user = knownToInit(match->str(2));
-        if (user != kNobodyKnown) grants->emplace(user, match->str(1));
+    regmatch_t found[3];
+    for (const char* at = text.c_str(); regexec(&assignment, at, 3, found, 0) == 0;
+         at += found[0].rm_eo) {
+        const std::string name(at + found[1].rm_so, at + found[1].rm_eo);
+        const uid_t user = knownToInit(std::string(at + found[2].rm_so, at + found[2].rm_eo));
+        if (user != kNobodyKnown) grants->emplace(user, name);
     }
+    regfree(&assignment);
 }
 
 Grants readAllGrants() {
