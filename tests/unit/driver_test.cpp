@@ -1,8 +1,16 @@
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <climits>
+#include <functional>
 #include <tuple>
 
+#include "driver/descriptor.h"
+#include "lab/conversion/layout.h"
 #include "tests/support/phone.h"
 
 namespace {
@@ -78,9 +86,24 @@ TEST(Driver, TheLogTimePropertyLogsNanosecondsOfEachUpload) {
         EXPECT_EQ(s.phone.story(), "W1 w2.0=3 R2 a");
         const auto line = testing::MatchesRegex(
                 "4 ZylcsToQuorinConv: system time before sending parameters to driver "
-                "[0-9]{1,9}");
+                "[1-9][0-9]{0,8}");
         EXPECT_THAT(s.phone.log(),
                     testing::AllOf(testing::SizeIs(logs ? 2 : 0), testing::Each(line)));
+    }
+}
+
+TEST(Driver, APipelineOfNoSizeThatCanBeIsLogged) {
+    constexpr uint32_t kLargest = 4 << 20;
+    for (uint32_t size : {0U, kLargest, kLargest + 1, UINT32_MAX}) {
+        Phone phone;
+        layout().words[0] = size;
+        zylDriver().initDriverCache();
+        EXPECT_EQ(phone.log(),
+                  driverError(size == kLargest
+                                      ? ""
+                                      : "int zylDriver::initDriverCache(): the conversion library "
+                                        "reports no pipeline of a size that can be"))
+                << size;
     }
 }
 
@@ -132,6 +155,54 @@ TEST(Driver, ATuningFileLoadsWholeOrNotAtAll) {
         EXPECT_TRUE(loaded == (result == 0 ? tuningImage("tuning") : Bytes(kImageSize, 0)))
                 << block;
         EXPECT_EQ(s.phone.log(), Lines());
+    }
+}
+
+// In a process of its own, as limits and descriptors are the whole process's.
+void expectInAProcess(const std::function<bool()>& holds) {
+    const pid_t process = fork();
+    if (process == 0) _exit(holds() ? 0 : 1);
+    int status = -1;
+    waitpid(process, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+bool setLimits(rlim_t soft, rlim_t hard) {
+    const rlimit limits = {soft, hard};
+    return setrlimit(RLIMIT_NOFILE, &limits) == 0;
+}
+
+rlim_t softLimit() {
+    rlimit limits = {};
+    getrlimit(RLIMIT_NOFILE, &limits);
+    return limits.rlim_cur;
+}
+
+TEST(Descriptors, SixtyFourAreKeptInReserveWhereThereAreMany) {
+    struct {
+        rlim_t soft, hard, left;
+    } const kCases[] = {{1000, 1000, 936}, {937, 1000, 936}, {936, 1000, 936}, {500, 1000, 500},
+                        {129, 129, 65},    {128, 128, 128},  {100, 129, 65}};
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(testing::Message() << c.soft << " of " << c.hard);
+        expectInAProcess([&c] {
+            return setLimits(c.soft, c.hard) && (keepDescriptorsInReserve(), softLimit() == c.left);
+        });
+    }
+}
+
+TEST(Descriptors, AFullTableHasOneMoreInReserve) {
+    Phone phone;
+    writeFile(kMaskFile, std::string("1,2,3"));
+    for (rlim_t reserve : {1, 0}) {
+        expectInAProcess([reserve] {
+            const auto full = static_cast<rlim_t>(openFile(kMaskFile, O_RDONLY).get());
+            if (!setLimits(full, full + reserve)) return false;
+            const bool missing = !openFile("/data/misc/zyl/none", O_RDONLY).isOpen() &&
+                                 errno == (reserve == 0 ? EMFILE : ENOENT);
+            const Descriptor file = openFile(kMaskFile, O_RDONLY);
+            return missing && file.isOpen() == (reserve == 1) && softLimit() == full;
+        });
     }
 }
 

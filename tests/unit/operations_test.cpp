@@ -61,9 +61,10 @@ TEST(Operations, RowsOfAnySizeAreWrittenWithZerosBehindTheirValue) {
         Phone phone;
         setRowSize(layout(), 2, c.size);
         setRowSize(layout(), 3, c.size);
+        setRowSize(layout(), 13, c.size);
         const sp<zyl_kwo_service> service = phone.startTorvane();
-        service->setGEQEnable(1);
-        phone.story();
+        expectReplies(*service, {"12 1 : 0"});
+        EXPECT_EQ(phone.story(), "w13.0=1 w13.2=1 w13.1=1 a");
         expectReplies(*service, {"5 3 : 0"});
         EXPECT_EQ(phone.story(), "w2.1=3 w2.2=3 a");
         expectReplies(*service, {"9 0 800 : 0"});

@@ -185,6 +185,15 @@ TEST(Dispatcher, AReplyThatCannotBeWrittenIsLoggedAndFails) {
     }
 }
 
+TEST(Dispatcher, ADumpThatCannotBeWrittenIsLogged) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    EXPECT_EQ(service->dump(-1, {}), android::UNKNOWN_ERROR);
+    EXPECT_EQ(phone.log(), Lines{"6 zyl_kwo_service service: virtual status_t "
+                                 "zyl_kwo_service::dump(int, const Vector<android::String16> &): "
+                                 "error writing string"});
+}
+
 // The speaker's tuning data stays allocated, but not without end; the other codes go on.
 TEST(Dispatcher, TuningDataThatIsKeptIsBounded) {
     Phone phone;
@@ -269,6 +278,12 @@ TEST(Proxy, FaultsOfTheWayHaveResultsOfTheirOwn) {
         EXPECT_EQ(proxy->setEnabled(1), result);
         EXPECT_EQ(proxy->getStereoMode(&value), result);
         EXPECT_EQ(value, 123);
+        char text[kVersionStringSize] = "as it was";
+        PlatformInfoRecord info = {};
+        value = sizeof(text);
+        EXPECT_EQ(proxy->getVersionString(text, &value), result);
+        EXPECT_EQ(proxy->getPlatformInfo(&info), result);
+        EXPECT_STREQ(text, "as it was");
     }
 }
 

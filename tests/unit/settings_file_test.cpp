@@ -239,6 +239,22 @@ TEST(SettingsFile, IsSavedInADirectoryThatWasMadeAnew) {
     EXPECT_EQ(readFile(kSettingsFile), defaultImage(false));
 }
 
+// The new file is in place, but a power cut might take it back.
+TEST(SettingsFile, ADirectoryThatCannotBeSyncedIsLogged) {
+    for (const char* place : {kSettingsFile, "/data/misc/zyl/other/target"}) {
+        Phone phone;
+        zylSettingsStructTorvane settings;
+        mkdir("/data/misc/zyl/other", 0700);
+        if (place != kSettingsFile) symlink("other/target", kSettingsFile);
+        Fault second = {kSync, 1, EIO};
+        setFault(&second);
+        settings.SaveStruct();
+        setFault(nullptr);
+        EXPECT_EQ(phone.log(), logged(false, kNotWritten)) << place;
+        EXPECT_EQ(readFile(place), defaultImage(false));
+    }
+}
+
 // Whatever stands in the file's place or beside it: what the file itself allows decides.
 TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
     constexpr char kTarget[] = "/data/misc/zyl/target";
@@ -266,6 +282,13 @@ TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
              kTarget},
             {"a link by its whole path", [&] { make(kTarget), symlink(kTarget, kSettingsFile); },
              true, 0, 0, 0, kTarget},
+            {"a link to a link in another directory",
+             [&] {
+                 mkdir("/data/misc/zyl/other", 0700);
+                 symlink("other/link", kSettingsFile);
+                 symlink("target", "/data/misc/zyl/other/link");
+             },
+             true, 0, 0, 0, "/data/misc/zyl/other/target"},
             {"a link to nothing", [] { symlink("target", kSettingsFile); }, true, 0, 0, 0, kTarget},
             {"a link to itself", [] { symlink("zyl_kwo_settings", kSettingsFile); }, false},
             {"a stale temporary", [&] { make(kTemporary); }, true},

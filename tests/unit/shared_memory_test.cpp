@@ -57,6 +57,7 @@ TEST(SharedMemory, WhatTheDspLeavesOutIsZeros) {
     EXPECT_EQ(s.service->fetchCacheBlock(1), 0);
     setFault(nullptr);
     EXPECT_TRUE(s.get() == Bytes(kImageSize));
+    EXPECT_EQ(s.phone.story(), "R1");
 }
 
 // With the kernel's calls for it, and on one that lacks them.
@@ -143,6 +144,18 @@ TEST(SharedMemory, RegionsTakeUpABoundedPartOfTheAddressSpace) {
     EXPECT_EQ(s.service->setFileDescriptor(s.fd, kImageSize), -3);
     EXPECT_EQ(s.phone.log(), full);
     EXPECT_EQ(s.service->fetchCacheBlock(0), -3000);
+}
+
+// What lies behind a block's worth, if only by a byte, does not stay mapped.
+TEST(SharedMemory, OnlyABlocksWorthStaysMapped) {
+    Shared s;
+    sharedMappings().clear();
+    for (int length : {65536, 65537, 1 << 20}) {
+        EXPECT_EQ(s.service->setFileDescriptor(s.fd, length), 0);
+        ASSERT_EQ(sharedMappings().size(), 1U);
+        EXPECT_EQ(sharedMappings().begin()->second, 65536U) << length;
+        sharedMappings().clear();
+    }
 }
 
 TEST(SharedMemory, AnUnreachablePartOfTheRegionFailsTheCopyAndNothingElse) {

@@ -104,11 +104,13 @@ TEST(Start, WhatLiesOutsideTheImageIsLeftOut) {
     layout().rows[3].offset = INT32_MAX;
     layout().rows[27].size = UINT32_MAX;
     layout().rows[12].offset = kImageSize - 2;
+    layout().rows[25].size = 4 << 20;
     Phone::installTorvane();
     const sp<zyl_kwo_service> service = new zyl_kwo_service;
     EXPECT_THAT(phone.log(),
                 testing::Contains("6 ZylcsToQuorinConv: void fillParameterTable(): row "
                                   "27 is refused, its size of 4294967295 is too large"));
+    EXPECT_EQ(g_parameterTable[25].size, 4U << 20);
     const Bytes tuning = tuningImage("bluetooth_0");
     Bytes expected = laidOver("bluetooth_0", 2, {}, 0);
     for (size_t offset : {64, 132, 400}) putWord(expected, offset, wordAt(tuning, offset));
