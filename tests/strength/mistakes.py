@@ -7,6 +7,8 @@ from clang.cindex import Cursor, CursorKind as K, Index
 OPERATORS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">", "&&": "||",
              "||": "&&", "+": "-", "-": "+", "*": "+", "/": "*", "%": "/", "|": "&", "&": "|",
              "<<": ">>", ">>": "<<", "+=": "-=", "-=": "+=", "=": "+="}
+# Calls whose arguments may change places.
+SYMMETRIC = {"calloc", "max", "memcmp", "min", "swap"}
 EXPRESSIONS = (K.CALL_EXPR, K.BINARY_OPERATOR, K.COMPOUND_ASSIGNMENT_OPERATOR, K.UNARY_OPERATOR,
                K.UNEXPOSED_EXPR)
 
@@ -114,6 +116,8 @@ class Finder:
                 self.add(first, "order", f"{two} {one}", name, True, self.behind(second))
 
     def in_call_expr(self, cursor, _, name):
+        if cursor.spelling in SYMMETRIC:
+            return
         arguments = [a for a in cursor.get_arguments() if a is not None and a.extent.end.offset]
         for one, two in zip(arguments, arguments[1:]):
             same = one.type.get_canonical().spelling == two.type.get_canonical().spelling

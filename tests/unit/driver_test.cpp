@@ -69,6 +69,15 @@ TEST(Driver, ADeviceThatIsNotThereIsTriedTwelveTimes) {
     }
 }
 
+// The descriptor 0 is never closed, and so it is used again.
+TEST(Driver, ADeviceThatOpensAsZeroStaysOpen) {
+    Started s;
+    deviceCalls().opensAsZero = true;
+    for (int n = 0; n < 2; ++n) EXPECT_EQ(s.driver.sendParamBlock(s.ctrl, kBlockLineout), 0);
+    EXPECT_EQ(deviceCalls().opens, 1);
+    EXPECT_EQ(deviceCalls().zeroCloses, 0);
+}
+
 TEST(Driver, TheLogTimePropertyLogsNanosecondsOfEachUpload) {
     const std::pair<const char*, bool> kCases[] = {
             {nullptr, false}, {"true", true}, {"trueish", true}, {"tru", false},

@@ -2,6 +2,7 @@
 // results.
 
 #include <binder/Parcel.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <climits>
@@ -188,6 +189,10 @@ TEST(Dispatcher, AReplyThatCannotBeWrittenIsLoggedAndFails) {
 TEST(Dispatcher, ADumpThatCannotBeWrittenIsLogged) {
     Phone phone;
     const sp<zyl_kwo_service> service = phone.startTorvane();
+    const int file = memfd_create("dump", MFD_CLOEXEC);
+    EXPECT_EQ(service->dump(file, {}), NO_ERROR);
+    close(file);
+    EXPECT_EQ(phone.log(), Lines());
     EXPECT_EQ(service->dump(-1, {}), android::UNKNOWN_ERROR);
     EXPECT_EQ(phone.log(), Lines{"6 zyl_kwo_service service: virtual status_t "
                                  "zyl_kwo_service::dump(int, const Vector<android::String16> &): "

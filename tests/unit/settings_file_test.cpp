@@ -178,6 +178,21 @@ TEST(SettingsFile, ARecordThatIsTooShortIsSkippedAndNotFoldedInto) {
     }
 }
 
+// The library is not given a size, and takes a record to be as large as its pipeline.
+TEST(SettingsFile, ARecordIsNotTouchedWhereTheLibrarysPipelineIsNoPartOfIt) {
+    for (uint32_t size : {0U, kImageSize, kImageSize + 1, UINT32_MAX}) {
+        Phone phone;
+        phone.installMaldor();
+        const android::sp<zyl_kwo_service> service = phone.start();
+        layout().words[0] = size;
+        const bool taken = size == kImageSize;
+        expectReplies(*service, {taken ? "23 1 1 65 1 0 : 0" : "23 1 1 65 1 0 : -4"});
+        EXPECT_EQ(readFile("/data/misc/zyl/current_lineout") == tuningImage("current_lineout"),
+                  !taken)
+                << size;
+    }
+}
+
 // It came with the file, as none that the library refuses is ever kept.
 TEST(SettingsFile, AListeningTestThatCannotBeAppliedAgainDoesNotCostTheTuning) {
     Phone phone;

@@ -52,12 +52,14 @@ struct Shared {
 TEST(SharedMemory, WhatTheDspLeavesOutIsZeros) {
     Shared s;
     EXPECT_EQ(s.service->fetchCacheBlock(1), 0);
-    Fault nothing = {kIoctl, 0, kNothing, true};
-    setFault(&nothing);
-    EXPECT_EQ(s.service->fetchCacheBlock(1), 0);
-    setFault(nullptr);
-    EXPECT_TRUE(s.get() == Bytes(kImageSize));
-    EXPECT_EQ(s.phone.story(), "R1");
+    for (bool lasting : {true, false}) {
+        Fault nothing = {kIoctl, 0, kNothing, lasting};
+        setFault(&nothing);
+        EXPECT_EQ(s.service->fetchCacheBlock(1), 0);
+        setFault(nullptr);
+        EXPECT_TRUE(s.get() == (lasting ? Bytes(kImageSize) : deviceCalls().model->block(1)));
+        EXPECT_EQ(s.phone.story(), "R1");
+    }
 }
 
 // With the kernel's calls for it, and on one that lacks them.
