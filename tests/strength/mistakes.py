@@ -9,6 +9,8 @@ OPERATORS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">",
              "<<": ">>", ">>": "<<", "+=": "-=", "-=": "+=", "=": "+="}
 # Calls whose arguments may change places.
 SYMMETRIC = {"calloc", "max", "memcmp", "min", "swap"}
+# What `{}` is as well.
+ZEROS = {"0", "NO_ERROR", "false", "kZylKwoOk", "nullptr"}
 EXPRESSIONS = (K.CALL_EXPR, K.BINARY_OPERATOR, K.COMPOUND_ASSIGNMENT_OPERATOR, K.UNARY_OPERATOR,
                K.UNEXPOSED_EXPR)
 
@@ -100,7 +102,8 @@ class Finder:
 
     def in_return_stmt(self, cursor, _, name):
         end = self.behind(cursor)
-        if end and list(cursor.get_children()):
+        value = "".join(map(self.of, cursor.get_children()))
+        if end and value and value not in ZEROS:
             self.add(cursor, "return", "return {};", name, True, end)
 
     def in_compound_stmt(self, cursor, _, name):

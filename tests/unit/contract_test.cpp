@@ -154,6 +154,22 @@ TEST(Contract, ARecordKeepsItsSize) {
     }
 }
 
+TEST(Contract, AListeningTestIsMarkedInBothHeadphonesRecords) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = startWith(phone, kMaldor);
+    const std::pair<const char*, uint32_t> kCalls[] = {{"SET_LISTENING_TEST_RESULT 1 2 3 4", 3},
+                                                       {"RESET_LISTENING_TEST_RESULT", 0}};
+    for (const auto& [call, mark] : kCalls) {
+        EXPECT_EQ(replyTo(*service, call), "OK");
+        for (const std::string name : {"current_lineout", "current_bluetooth"}) {
+            const Bytes record = readFile("/data/misc/zyl/" + name);
+            EXPECT_EQ(wordAt(record, 448), mark) << name;
+            EXPECT_EQ(record == tuningImage(name), false) << name;
+        }
+        EXPECT_EQ(readFile("/data/misc/zyl/current_speaker_on"), tuningImage("current_speaker_on"));
+    }
+}
+
 // The byte behind the values says that there is a test when it is 1, and nothing else does.
 TEST(Contract, AListeningTestCountsWhenItsMarkIsOne) {
     for (int mark : {0, 1, 2, 255}) {

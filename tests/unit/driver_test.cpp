@@ -22,8 +22,8 @@ struct Started {
     zylQuorinPipelineCtrl ctrl{zylQuorinPipelineCtrl::kWithHeader};
 
     Started() {
-        driver.initDriverCache();
-        driver.configureCacheBlocks();
+        EXPECT_EQ(driver.initDriverCache(), 0);
+        EXPECT_EQ(driver.configureCacheBlocks(), 0);
         ctrl.clear();
         phone.story();
         phone.log();

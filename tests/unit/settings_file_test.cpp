@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <filesystem>
 #include <functional>
 #include <tuple>
@@ -252,6 +253,28 @@ TEST(SettingsFile, IsSavedInADirectoryThatWasMadeAnew) {
     std::filesystem::create_directory("/data/misc/zyl");
     settings.SaveStruct();
     EXPECT_EQ(readFile(kSettingsFile), defaultImage(false));
+    // That one is kept again: only the old file and the temporary one are opened.
+    Fault none = {kOpen, INT_MAX};
+    setFault(&none);
+    settings.SaveStruct();
+    setFault(nullptr);
+    EXPECT_EQ(none.reached, 2);
+}
+
+TEST(SettingsFile, IsReplacedAlsoWhereATemporaryFileWasLeft) {
+    constexpr char kTemporary[] = "/data/misc/zyl/zyl_kwo_settings.tmp";
+    Phone phone;
+    zylSettingsStructTorvane settings;
+    settings.SaveStruct();
+    // A file that is written in place is the same one afterwards.
+    ASSERT_EQ(link(kSettingsFile, "/data/misc/zyl/same"), 0);
+    writeFile(kTemporary, std::string(500, 'x'));
+    settings.SaveStruct();
+    struct stat about = {};
+    ASSERT_EQ(stat("/data/misc/zyl/same", &about), 0);
+    EXPECT_EQ(about.st_nlink, 1U);
+    EXPECT_EQ(readFile(kSettingsFile), defaultImage(false));
+    EXPECT_FALSE(exists(kTemporary));
 }
 
 // The new file is in place, but a power cut might take it back.
@@ -304,7 +327,8 @@ TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
                  symlink("target", "/data/misc/zyl/other/link");
              },
              true, 0, 0, 0, "/data/misc/zyl/other/target"},
-            {"a link to nothing", [] { symlink("target", kSettingsFile); }, true, 0, 0, 0, kTarget},
+            {"a link to nothing", [] { symlink("t", kSettingsFile); }, true, 0, 0, 0,
+             "/data/misc/zyl/t"},
             {"a link to itself", [] { symlink("zyl_kwo_settings", kSettingsFile); }, false},
             {"a stale temporary", [&] { make(kTemporary); }, true},
             {"a directory by the temporary's name",

@@ -65,6 +65,8 @@ TEST(Settings, WhatIsRefusedIsLoggedAndChangesNothing) {
     }
     EXPECT_EQ(phone.log(), logged);
     EXPECT_EQ(gain, 0);
+    EXPECT_EQ(t.getCurrentVersion(), 3U);
+    EXPECT_EQ(m.getCurrentVersion(), 6U);
     for (zylRoute route : {kNoRoute, kNegativeRoute})
         EXPECT_EQ(t.getTuningFileName(route, true), "");
 }

@@ -111,6 +111,7 @@ TEST(Start, WhatLiesOutsideTheImageIsLeftOut) {
                 testing::Contains("6 ZylcsToQuorinConv: void fillParameterTable(): row "
                                   "27 is refused, its size of 4294967295 is too large"));
     EXPECT_EQ(g_parameterTable[25].size, 4U << 20);
+    EXPECT_EQ(g_parameterTable[27].size, 0U);
     const Bytes tuning = tuningImage("bluetooth_0");
     Bytes expected = laidOver("bluetooth_0", 2, {}, 0);
     for (size_t offset : {64, 132, 400}) putWord(expected, offset, wordAt(tuning, offset));
