@@ -1,4 +1,4 @@
-// The one function that libutils wants of the library that walks stacks: here there is nothing to walk.
+// The one function that libutils wants of the library that walks stacks. Here nobody walks any.
 
 struct BacktraceMap;
 
