@@ -245,9 +245,9 @@ class Hub:
         """Reads what takes longer to read, after changes."""
         while True:
             # With a journal nothing that changes a block goes unnoticed.
-            with contextlib.suppress(asyncio.TimeoutError):
-                await asyncio.wait_for(self._changed.wait(),
-                                       None if self._lines["journal"] else PERIOD)
+            with contextlib.suppress(TimeoutError):
+                async with asyncio.timeout(None if self._lines["journal"] else PERIOD):
+                    await self._changed.wait()
             # While a slider is dragged it would only be in the way, but it is not put off for ever.
             for _ in range(MOST_QUIET):
                 self._changed.clear()

@@ -66,8 +66,10 @@ class Phone:
         line = "; ".join(f"{shlex.join(words)}; printf '\\n{mark} %d\\n' $?" for words in commands)
         process = await self._start(line, bool(data))
         try:
-            out, err = await asyncio.wait_for(process.communicate(data or None), patience)
-        except asyncio.TimeoutError:
+            # Not wait_for, which forgets a cancellation that comes as the process ends.
+            async with asyncio.timeout(patience):
+                out, err = await process.communicate(data or None)
+        except TimeoutError:
             raise Gone(f"no answer within {patience:.0f} s") from None
         finally:
             await self._end(process)
@@ -113,7 +115,8 @@ class Phone:
         if process.returncode is not None:
             return
         for end in (process.terminate, process.kill):
-            with contextlib.suppress(ProcessLookupError, asyncio.TimeoutError):
+            with contextlib.suppress(ProcessLookupError, TimeoutError):
                 end()
-                await asyncio.wait_for(process.wait(), 10)
+                async with asyncio.timeout(10):
+                    await process.wait()
                 return
