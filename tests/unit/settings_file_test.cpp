@@ -187,7 +187,16 @@ TEST(SettingsFile, ARecordIsNotTouchedWhereTheLibrarysPipelineIsNoPartOfIt) {
         const android::sp<zyl_kwo_service> service = phone.start();
         layout().words[0] = size;
         const bool taken = size == kImageSize;
+        phone.log();
         expectReplies(*service, {taken ? "23 1 1 65 1 0 : 0" : "23 1 1 65 1 0 : -4"});
+        const std::string reported = size == kImageSize + 1 ? "61701" : "0";
+        EXPECT_EQ(phone.log(), taken ? Lines()
+                                     : Lines{"6 zyl_settings_struct_maldor: zylKwoErrors "
+                                             "zylSettingsStructMaldor::loadQuorinPipeline("
+                                             "std::string, zylZylcsQuorinPipeLine **): a record "
+                                             "holds 61700 bytes, the library's "
+                                             "pipeline has " +
+                                             reported + " (file:/data/misc/zyl/current_lineout)"});
         EXPECT_EQ(readFile("/data/misc/zyl/current_lineout") == tuningImage("current_lineout"),
                   !taken)
                 << size;

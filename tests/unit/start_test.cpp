@@ -120,3 +120,13 @@ TEST(Start, WhatLiesOutsideTheImageIsLeftOut) {
     memcpy(&expected[kImageSize - 2], "\0\x10", 2);
     EXPECT_TRUE(deviceCalls().model->block(2) == expected);
 }
+
+TEST(Start, WithoutTuningsItSaysSo) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = new zyl_kwo_service;
+    EXPECT_THAT(phone.log(),
+                testing::ElementsAre(
+                        "6 zyl_kwo_service service: zyl_kwo_service::zyl_kwo_service(): default "
+                        "tuning file for either Maldor or Torvane/Ruvelle cannot be opened. "
+                        "System is missing tunings"));
+}
