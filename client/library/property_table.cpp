@@ -1,6 +1,5 @@
 // The rows: which operation of the service reads and sets what.
 
-#include <algorithm>
 #include <cstring>
 
 #include "client/library/parse.h"

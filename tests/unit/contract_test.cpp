@@ -164,9 +164,10 @@ TEST(Contract, AListeningTestIsMarkedInBothHeadphonesRecords) {
         for (const std::string name : {"current_lineout", "current_bluetooth"}) {
             const Bytes record = readFile("/data/misc/zyl/" + name);
             EXPECT_EQ(wordAt(record, 448), mark) << name;
-            EXPECT_EQ(record == tuningImage(name), false) << name;
+            EXPECT_FALSE(record == tuningImage(name)) << name;
         }
-        EXPECT_EQ(readFile("/data/misc/zyl/current_speaker_on"), tuningImage("current_speaker_on"));
+        EXPECT_TRUE(readFile("/data/misc/zyl/current_speaker_on") ==
+                    tuningImage("current_speaker_on"));
     }
 }
 
