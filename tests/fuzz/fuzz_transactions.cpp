@@ -234,7 +234,7 @@ void preparePhone(const Head& head, const uint8_t* bytes, size_t size) {
     }
     if (head.failures >= 0xF0) {
         deviceCalls().missing = (head.failures - 0xF0) * 4;
-        deviceCalls().opensAsZero = head.failures == 0xFF;
+        deviceCalls().opensAs = head.failures == 0xFF ? 0 : -1;
     } else if (head.failures >= 0x80) {
         deviceCalls().model->fail(head.skip, head.failures % 16);
     }
@@ -298,7 +298,7 @@ long execute(const Head& head, const uint8_t* bytes, size_t size) {
     checkSettingsFile(firstSize);
     if (generation == 2) checkRecords();
     const DeviceCalls& calls = deviceCalls();
-    expect(calls.standing == 0 || calls.opensAsZero, "the device is closed");
+    expect(calls.standing == 0 || calls.opensAs == 0, "the device is closed");
     expect(calls.badCloses == 0 && calls.zeroCloses == 0, "nothing is closed that is not open");
     // By now it has given back what it ever will.
     const std::map<char*, size_t> regions = sharedMappings();

@@ -77,9 +77,10 @@ int openDsp(int flags) {
         return -1;
     }
     ++current->standing;
-    if (!current->opensAsZero) return openAs(Kind::kDsp);
-    kinds[0] = Kind::kDsp;
-    return 0;
+    const int fd = current->opensAs;
+    if (!isKnown(fd)) return openAs(Kind::kDsp);
+    kinds[fd] = Kind::kDsp;
+    return fd;
 }
 
 // There is no other process: a transaction never leaves this one.

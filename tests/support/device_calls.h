@@ -17,8 +17,8 @@ struct DeviceCalls {
 
     // How many opens of the node fail before it is there.
     std::atomic<int> missing{0};
-    // open() of the node returns descriptor 0.
-    std::atomic<bool> opensAsZero{false};
+    // The descriptor that open() of the node returns, unless it is negative.
+    std::atomic<int> opensAs{-1};
 
     std::atomic<int> opens{0};         // attempts to open the node
     std::atomic<int> standing{0};      // descriptors of the node that are open

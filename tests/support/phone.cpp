@@ -76,7 +76,7 @@ Phone::Phone() {
 
 Phone::~Phone() {
     EXPECT_EQ(deviceCalls().badCloses, 0) << "of a descriptor that was not open, or another's";
-    EXPECT_TRUE(deviceCalls().standing == 0 || deviceCalls().opensAsZero);
+    EXPECT_TRUE(deviceCalls().standing == 0 || deviceCalls().opensAs == 0);
     EXPECT_EQ(deviceCalls().zeroCloses, 0);
     EXPECT_EQ(deviceCalls().strayOpens, 0) << "a file was opened elsewhere";
     resetDeviceCalls();

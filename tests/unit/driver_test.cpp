@@ -11,6 +11,7 @@
 
 #include "driver/descriptor.h"
 #include "lab/conversion/layout.h"
+#include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
 
 namespace {
@@ -72,10 +73,28 @@ TEST(Driver, ADeviceThatIsNotThereIsTriedTwelveTimes) {
 // The descriptor 0 is never closed, and so it is used again.
 TEST(Driver, ADeviceThatOpensAsZeroStaysOpen) {
     Started s;
-    deviceCalls().opensAsZero = true;
+    deviceCalls().opensAs = 0;
     for (int n = 0; n < 2; ++n) EXPECT_EQ(s.driver.sendParamBlock(s.ctrl, kBlockLineout), 0);
     EXPECT_EQ(deviceCalls().opens, 1);
     EXPECT_EQ(deviceCalls().zeroCloses, 0);
+    // It serves nobody who has not opened it.
+    deviceCalls().missing = INT_MAX;
+    ParameterBuffer buffer(4, 3);
+    EXPECT_EQ(zylDriver().sendParam(buffer, g_parameterTable[2].id, 4, 0, kBlockSpeaker), -1);
+}
+
+TEST(Driver, WhatTheDspLeavesOutIsZerosInAnImageOfAnySize) {
+    for (uint32_t size : {1, 7, 8}) {
+        Started s;
+        layout().words[0] = size;
+        zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
+        std::fill_n(ctrl.data(), size, uint8_t{0x77});
+        Fault nothing = {kIoctl, 0, kNothing, true};
+        setFault(&nothing);
+        EXPECT_EQ(s.driver.readParamBlock(ctrl, kBlockLineout), 0);
+        setFault(nullptr);
+        EXPECT_EQ(Bytes(ctrl.data(), ctrl.data() + size), Bytes(size));
+    }
 }
 
 TEST(Driver, TheLogTimePropertyLogsNanosecondsOfEachUpload) {
@@ -213,6 +232,36 @@ TEST(Descriptors, AFullTableHasOneMoreInReserve) {
             return missing && file.isOpen() == (reserve == 1) && softLimit() == full;
         });
     }
+}
+
+// Each by whoever opened it, and none twice.
+TEST(Descriptors, OneAndZeroAreLikeOthers) {
+    Started s;
+    writeFile(kMaskFile, std::string("1,2,3"));
+    expectInAProcess([&s] {
+        close(1);
+        deviceCalls().opensAs = 1;
+        return s.driver.sendParamBlock(s.ctrl, kBlockLineout) == 0 && deviceCalls().standing == 0;
+    });
+    expectInAProcess([] {
+        close(0);
+        errno = EMFILE;
+        return openOnce(kMaskFile, O_RDONLY) == 0;
+    });
+}
+
+TEST(Pipeline, TheLargerOfTwoFreedImagesServesTheNext) {
+    constexpr size_t kLarge = 1 << 24;
+    expectInAProcess([] {
+        {
+            const ImageMemory small(1);
+            const ImageMemory large(kLarge);
+        }
+        Fault full = {kAllocate, 0, ENOMEM, true};
+        setFault(&full);
+        const ImageMemory next(kLarge, std::nothrow);
+        return next.get() != nullptr;
+    });
 }
 
 TEST(Pipeline, TakesOnlyWhatLiesWhollyInside) {
