@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <utility>
@@ -18,35 +17,8 @@ constexpr mode_t kNewFileMode = 0666;
 // The kernel follows as many.
 constexpr int kMostLinks = 40;
 
-// A path on the stack, because setters save with every call. It begins at the directory of the
-// save.
-struct Path {
-    char text[PATH_MAX];
-
-    // False when it is too long.
-    bool assign(const char* path, const char* suffix) { return append(text, path, suffix); }
-
-    // Puts both where `end` is, which points into the text.
-    bool append(char* end, const char* first, const char* second) {
-        const size_t firstLength = strlen(first);
-        const size_t secondSize = strlen(second) + 1;
-        if (firstLength + secondSize > static_cast<size_t>(text + sizeof(text) - end)) return false;
-        // The NUL is the second one's. NOLINTNEXTLINE(bugprone-not-null-terminated-result)
-        memcpy(end, first, firstLength);
-        memcpy(end + firstLength, second, secondSize);
-        return true;
-    }
-
-    // Where the name behind the last slash begins.
-    char* name() {
-        char* const slash = strrchr(text, '/');
-        return slash == nullptr ? text : slash + 1;
-    }
-};
-
-// Replaces the path of a symbolic link by that of its target.
-bool followLink(int directory, Path& path) {
-    Path target;
+// Replaces the path of a symbolic link by that of its target, which is first in `target`.
+bool followLink(int directory, SavePath& path, SavePath& target) {
     const ssize_t length = readlinkat(directory, path.text, target.text, sizeof(target.text) - 1);
     if (length <= 0) return false;
     target.text[length] = '\0';
@@ -55,19 +27,20 @@ bool followLink(int directory, Path& path) {
 }
 
 // Opens the file to be replaced, for writing, without changing it, and makes `path` the one at the
-// end of all symbolic links. The result is not open, with ENOENT, when there is no file yet.
-Descriptor openTarget(int directory, Path& path) {
+// end of all symbolic links, by way of `link`. The result is not open, with ENOENT, when there is
+// no file yet.
+Descriptor openTarget(int directory, SavePath& path, SavePath& link) {
     for (int links = 0; links < kMostLinks; ++links) {
         Descriptor file = openFile(path.text, O_WRONLY | O_NOFOLLOW, 0, directory);
         if (file.isOpen() || errno != ELOOP) return file;
-        if (!followLink(directory, path)) break;
+        if (!followLink(directory, path, link)) break;
     }
     errno = ELOOP;
     return Descriptor();
 }
 
 // A temporary file that an earlier process has left is removed.
-Descriptor makeTemporary(int directory, const Path& path, mode_t mode) {
+Descriptor makeTemporary(int directory, const SavePath& path, mode_t mode) {
     constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL;
     Descriptor file = openFile(path.text, kFlags, mode, directory);
     if (file.isOpen() || errno != EEXIST || unlinkat(directory, path.text, 0) != 0) return file;
@@ -85,8 +58,8 @@ bool isRefused(int error) {
     return error == EISDIR || error == EPERM || error == EACCES || error == EROFS || error == EBUSY;
 }
 
-ReplaceResult writeInPlace(int directory, const Path& path, Descriptor target, const void* bytes,
-                           size_t size) {
+ReplaceResult writeInPlace(int directory, const SavePath& path, Descriptor target,
+                           const void* bytes, size_t size) {
     if (!target.isOpen()) {
         target = openFile(path.text, O_WRONLY | O_CREAT, kNewFileMode, directory);
     }
@@ -99,7 +72,7 @@ ReplaceResult writeInPlace(int directory, const Path& path, Descriptor target, c
 
 // Without this, a power cut may still take the new name back although the contents are on the disk.
 // Leaves the directory of `path` in it.
-bool syncDirectoryOf(int directory, Path& path) {
+bool syncDirectoryOf(int directory, SavePath& path) {
     char* const name = path.name();
     if (name == path.text) return fsync(directory) == 0;
     *name = '\0';
@@ -108,6 +81,21 @@ bool syncDirectoryOf(int directory, Path& path) {
 }
 
 }  // namespace
+
+bool SavePath::append(char* end, const char* first, const char* second) {
+    const size_t firstLength = strlen(first);
+    const size_t secondSize = strlen(second) + 1;
+    if (firstLength + secondSize > static_cast<size_t>(text + sizeof(text) - end)) return false;
+    // The NUL is the second one's. NOLINTNEXTLINE(bugprone-not-null-terminated-result)
+    memcpy(end, first, firstLength);
+    memcpy(end + firstLength, second, secondSize);
+    return true;
+}
+
+char* SavePath::name() {
+    char* const slash = strrchr(text, '/');
+    return slash == nullptr ? text : slash + 1;
+}
 
 bool SaveDirectory::isCurrent() const {
     struct stat about = {};
@@ -128,15 +116,15 @@ ReplaceResult replaceFile(SaveDirectory& save, const char* name, const void* byt
                           DirectorySync sync) {
     if (!save.isCurrent() && !save.reopen()) return ReplaceResult::kNotOpened;
     const int directory = save.get();
-    Path target;
+    SavePath& target = save.target;
+    SavePath& temporary = save.temporary;
     if (!target.assign(name, "")) return ReplaceResult::kNotOpened;
-    Descriptor old = openTarget(directory, target);
+    Descriptor old = openTarget(directory, target, temporary);
     if (!old.isOpen() && errno != ENOENT) return ReplaceResult::kNotOpened;
     struct stat about = {};
     if (old.isOpen() && (fstat(old.get(), &about) != 0 || !S_ISREG(about.st_mode))) {
         return ReplaceResult::kNotOpened;
     }
-    Path temporary;
     if (!temporary.assign(target.text, ".tmp")) return ReplaceResult::kNotOpened;
     {
         const mode_t mode = old.isOpen() ? about.st_mode & 07777 : kNewFileMode;

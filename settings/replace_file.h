@@ -3,9 +3,24 @@
 #ifndef ZYL_SETTINGS_REPLACE_FILE_H
 #define ZYL_SETTINGS_REPLACE_FILE_H
 
+#include <climits>
 #include <cstddef>
 
 #include "driver/descriptor.h"
+
+// A path that begins at the directory of a save.
+struct SavePath {
+    // False when it is too long.
+    bool assign(const char* path, const char* suffix) { return append(text, path, suffix); }
+
+    // Puts both where `end` is, which points into the text.
+    bool append(char* end, const char* first, const char* second);
+
+    // Where the name behind the last slash begins.
+    char* name();
+
+    char text[PATH_MAX];
+};
 
 // The service's directory, kept open so that a save does not look for it each time. One thread at a
 // time.
@@ -21,6 +36,11 @@ class SaveDirectory {
 
     // -1 when it could not be opened.
     int get() const { return mDescriptor.get(); }
+
+    // Of the save that is under way. They are not on its stack, as the stacks of all threads that
+    // have ever saved would stay larger by them.
+    SavePath target;
+    SavePath temporary;
 
   private:
     Descriptor mDescriptor;

@@ -246,7 +246,8 @@ TEST(Descriptors, OneAndZeroAreLikeOthers) {
     expectInAProcess([] {
         close(0);
         errno = EMFILE;
-        return openOnce(kMaskFile, O_RDONLY) == 0;
+        return openOnce(kMaskFile, O_RDONLY) == 0 && close(0) == 0 && canBeRead(kMaskFile) &&
+               openFile(kMaskFile, O_RDONLY).get() == 0;
     });
 }
 

@@ -268,6 +268,9 @@ TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
     memset(name, 'x', sizeof(name));
     EXPECT_EQ(service->getAccessoryZylcsTuningName(2, name, &length), 0);
     EXPECT_STREQ(name, "Tuning");
+    length = 3;
+    EXPECT_EQ(service->getAccessoryZylcsTuningName(2, name, &length), 0);
+    EXPECT_STREQ(name, "Tu");
     // The test that was taken is in the record, until it is reset.
     EXPECT_EQ(wordAt(readFile("/data/misc/zyl/current_bluetooth"), 448), 3u);
     EXPECT_EQ(proxy->resetListeningTestResult(), 0);

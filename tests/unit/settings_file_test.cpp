@@ -287,18 +287,31 @@ TEST(SettingsFile, IsReplacedAlsoWhereATemporaryFileWasLeft) {
 }
 
 // The new file is in place, but a power cut might take it back.
-TEST(SettingsFile, ADirectoryThatCannotBeSyncedIsLogged) {
-    for (const char* place : {kSettingsFile, "/data/misc/zyl/other/target"}) {
+TEST(SettingsFile, WhatCannotBeSyncedIsLogged) {
+    struct {
+        std::function<void()> prepare;
+        int nth;
+        const char* place;
+    } const kCases[] = {
+            {[] {}, 1, kSettingsFile},
+            {[] {
+                 mkdir("/data/misc/zyl/other", 0700);
+                 symlink("other/target", kSettingsFile);
+             },
+             1, "/data/misc/zyl/other/target"},
+            // Written in place, as there is no room for a temporary one.
+            {[] { mkdir("/data/misc/zyl/zyl_kwo_settings.tmp", 0700); }, 0, kSettingsFile},
+    };
+    for (const auto& c : kCases) {
         Phone phone;
         zylSettingsStructTorvane settings;
-        mkdir("/data/misc/zyl/other", 0700);
-        if (place != kSettingsFile) symlink("other/target", kSettingsFile);
-        Fault second = {kSync, 1, EIO};
-        setFault(&second);
+        c.prepare();
+        Fault fault = {kSync, c.nth, EIO};
+        setFault(&fault);
         settings.SaveStruct();
         setFault(nullptr);
-        EXPECT_EQ(phone.log(), logged(false, kNotWritten)) << place;
-        EXPECT_EQ(readFile(place), defaultImage(false));
+        EXPECT_EQ(phone.log(), logged(false, kNotWritten)) << c.place;
+        EXPECT_EQ(readFile(c.place), defaultImage(false));
     }
 }
 
@@ -339,6 +352,13 @@ TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
             {"a link to nothing", [] { symlink("t", kSettingsFile); }, true, 0, 0, 0,
              "/data/misc/zyl/t"},
             {"a link to itself", [] { symlink("zyl_kwo_settings", kSettingsFile); }, false},
+            {"a link whose path leaves no room for the temporary's name",
+             [&] {
+                 std::string path = "target";
+                 while (path.size() < PATH_MAX - 4) path.insert(0, "./");
+                 make(kTarget), symlink(path.c_str(), kSettingsFile);
+             },
+             false, 0, 0, 0, kTarget},
             {"a stale temporary", [&] { make(kTemporary); }, true},
             {"a directory by the temporary's name",
              [&] { make(kSettingsFile), mkdir(kTemporary, 0700); }, true},
