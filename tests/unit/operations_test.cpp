@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "lab/conversion/layout.h"
 #include "tests/support/phone.h"
 
@@ -44,6 +46,27 @@ TEST(SetTuning, LineoutThreeBecomesOneWhereItsFileIsMissing) {
     expectReplies(*service, {"7 1 7 : 0"});
     remove("/etc/zyl/lineout_1");
     expectReplies(*service, {"7 1 3 : -2", "6 1 : 0 7"});
+}
+
+TEST(Getters, ReplaceWhatTheirCallerHad) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.startTorvane();
+    service->setActiveRoute(1);
+    using Getter = std::function<int32_t(int32_t*)>;
+    const Getter kGetters[] = {
+            [&](int32_t* value) { return service->getEnabled(value); },
+            [&](int32_t* value) { return service->getStereoMode(value); },
+            [&](int32_t* value) { return service->getTuning(1, value); },
+            [&](int32_t* value) { return service->getGEQEnable(value); },
+            [&](int32_t* value) { return service->getActiveRoute(value); },
+    };
+    Words values;
+    for (const Getter& getter : kGetters) {
+        int32_t value = 77;
+        EXPECT_EQ(getter(&value), 0);
+        values.push_back(value);
+    }
+    EXPECT_EQ(values, (Words{1, 2, 3, 0, 1}));
 }
 
 // A row may be narrower or wider than what is written to it.

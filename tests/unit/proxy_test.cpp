@@ -34,8 +34,9 @@ class Recorder : public android::BBinder {
 
 // A getter of `Value`s into an array that begins with `first`; the result and the values in words.
 template <typename Value, int kCount, typename Call>
-std::string got(Call call, Value first) {
-    Value values[kCount] = {first};
+std::string got(Call call, Value before) {
+    Value values[kCount];
+    std::fill_n(values, kCount, before);
     std::ostringstream text;
     text << call(values);
     for (Value value : values) text << ' ' << value;
@@ -59,10 +60,10 @@ constexpr int32_t kAbcd = 0x64636261;  // "abcd"
 constexpr int32_t kEf = 0x00006665;    // "ef" and its NUL
 
 // The operations of a row, in words: its result; or the result and the values of a getter, which
-// are `first` and zeros before; or the result, the text and its length.
+// are all `before` before; or the result, the text and its length.
 #define RESULT(operation) [](Proxy& p) { return std::to_string(p.operation); }
-#define VALUES(type, count, first, operation) \
-    [](Proxy& p) { return got<type, count>([&](type* v) { return p.operation; }, first); }
+#define VALUES(type, count, before, operation) \
+    [](Proxy& p) { return got<type, count>([&](type* v) { return p.operation; }, before); }
 #define TEXT(capacity, operation) \
     [](Proxy& p) { return gotText([&](char* t, int32_t* n) { return p.operation; }, capacity); }
 
@@ -72,20 +73,20 @@ const struct {
     std::function<std::string(Proxy&)> made;
     std::string result;
 } kCases[] = {
-        {"GET_ENABLED", {7}, VALUES(int32_t, 1, 0, getEnabled(v)), "0 7"},
+        {"GET_ENABLED", {7}, VALUES(int32_t, 1, 7, getEnabled(v)), "0 7"},
         {"SET_ENABLED 7", {}, RESULT(setEnabled(7)), "0"},
-        {"GET_STEREO_MODE", {0, 3}, VALUES(int32_t, 1, 0, getStereoMode(v)), "0 3"},
+        {"GET_STEREO_MODE", {0, 3}, VALUES(int32_t, 1, 7, getStereoMode(v)), "0 3"},
         {"GET_STEREO_MODE", {-9, 3}, VALUES(int32_t, 1, 8, getStereoMode(v)), "-9 8"},
         {"SET_STEREO_MODE 2", {-1}, RESULT(setStereoMode(2)), "-1"},
-        {"GET_TUNING 2", {0, 5}, VALUES(int32_t, 1, 0, getTuning(2, v)), "0 5"},
+        {"GET_TUNING 2", {0, 5}, VALUES(int32_t, 1, 7, getTuning(2, v)), "0 5"},
         {"SET_TUNING 1 5", {-4}, RESULT(setTuning(1, 5)), "-4"},
-        {"GET_GEQ_GAIN 9", {0, 725}, VALUES(uint16_t, 1, 0, getGEQGain(9, v)), "0 725"},
+        {"GET_GEQ_GAIN 9", {0, 725}, VALUES(uint16_t, 1, 7, getGEQGain(9, v)), "0 725"},
         {"SET_GEQ_GAIN 9 32767", {-3}, RESULT(setGEQGain(9, 32767)), "-3"},
-        {"GET_GEQ_ENABLE", {0, 1}, VALUES(int32_t, 1, 0, getGEQEnable(v)), "0 1"},
+        {"GET_GEQ_ENABLE", {0, 1}, VALUES(int32_t, 1, 7, getGEQEnable(v)), "0 1"},
         {"SET_GEQ_ENABLE 1", {-9}, RESULT(setGEQEnable(1)), "-9"},
         {"GET_GEQ_GAIN_ALL",
          {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10},
-         VALUES(uint16_t, 10, 0, getGEQGainAll(v)),
+         VALUES(uint16_t, 10, 7, getGEQGainAll(v)),
          "0 1 2 3 4 5 6 7 8 9 10"},
         {"SET_GEQ_GAIN_ALL 725 2 3 4 5 6 7 8 9 32767", {-1}, RESULT(setGEQGainAll(kGains)), "-1"},
         {"GET_VERSION_STRING", {kAbcd, kEf}, TEXT(7, getVersionString(t, n)), "0 abcdef 6"},
@@ -144,24 +145,24 @@ const struct {
          "-1005"},
         {"GET_LISTENING_TEST_RESULT",
          {0, 0x3F800000, 0x40200000, -0x3FC00000, 0x40800000},
-         VALUES(float, 4, 0, getListeningTestResult(v, v + 1, v + 2, v + 3)),
+         VALUES(float, 4, 7, getListeningTestResult(v, v + 1, v + 2, v + 3)),
          "0 1 2.5 -3 4"},
         {"GET_LISTENING_TEST_RESULT",
          {-9, 0x3F800000},
          VALUES(float, 4, 7, getListeningTestResult(v, v + 1, v + 2, v + 3)),
-         "-9 7 0 0 0"},
+         "-9 7 7 7 7"},
         {"RESET_LISTENING_TEST_RESULT", {-9}, RESULT(resetListeningTestResult()), "-9"},
         {"GET_ACTIVE_ROUTE 9", {0, 77}, VALUES(int32_t, 1, 9, getActiveRoute(v)), "0 77"},
         {"SET_ACTIVE_ROUTE -5", {0}, RESULT(setActiveRoute(-5)), "0"},
         {"SET_RELOAD_FLAG 1", {0}, RESULT(setReloadFlag(true)), "0"},
         {"SET_RELOAD_FLAG 0", {0}, RESULT(setReloadFlag(false)), "0"},
-        {"GET_ROUTE_MASK 1", {0, 0x2000C}, VALUES(uint32_t, 1, 0, getRouteMask(1, v)), "0 131084"},
+        {"GET_ROUTE_MASK 1", {0, 0x2000C}, VALUES(uint32_t, 1, 7, getRouteMask(1, v)), "0 131084"},
         {"SET_FILE_DESCRIPTOR /dev/null 61700", {-3}, RESULT(setFileDescriptor(0, 61700)), "-3"},
         {"FETCH_CACHE_BLOCK 2", {-3000}, RESULT(fetchCacheBlock(2)), "-3000"},
         {"PUSH_CACHE_BLOCK 1", {0}, RESULT(pushCacheBlock(1)), "0"},
         {"GET_DB_LEVELS",
          {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10},
-         VALUES(int32_t, 10, 0, getDbLevels(v)),
+         VALUES(int32_t, 10, 7, getDbLevels(v)),
          "0 1 2 3 4 5 6 7 8 9 10"},
         {"SET_DB_GAIN -80000 2 3 4 5 6 7 8 9 10", {0}, RESULT(setDbGain(kLevels)), "0"},
         {"", {}, RESULT(unsupportedOperation()), "-8"},

@@ -255,6 +255,19 @@ TEST(SettingsFile, WhatCannotBeSavedIsLogged) {
     }
 }
 
+TEST(SettingsFile, ARecordThatFindsNoMemoryIsNotTouched) {
+    Phone phone;
+    phone.installMaldor();
+    zylSettingsStructMaldor settings;
+    const ScopedLock turn(gRecordLock);
+    const ImageMemory kept(1);  // what an earlier image has left, of any size
+    uint8_t byte = 0;
+    Fault full = {kAllocate, 0, ENOMEM, true};
+    setFault(&full);
+    EXPECT_EQ(settings.applySpeakerZylcsTuning(true, {&byte, 1, &byte, 0}), -6);
+    setFault(nullptr);
+}
+
 TEST(SettingsFile, IsSavedInADirectoryThatWasMadeAnew) {
     Phone phone;
     zylSettingsStructTorvane settings;
