@@ -229,7 +229,9 @@ TEST(Descriptors, AFullTableHasOneMoreInReserve) {
             const bool missing = !openFile("/data/misc/zyl/none", O_RDONLY).isOpen() &&
                                  errno == (reserve == 0 ? EMFILE : ENOENT);
             const Descriptor file = openFile(kMaskFile, O_RDONLY);
-            return missing && file.isOpen() == (reserve == 1) && softLimit() == full;
+            const long slept = reserve == 1 ? 0 : 2 * 1100000;
+            return missing && file.isOpen() == (reserve == 1) && softLimit() == full &&
+                   deviceCalls().sleptMicros == slept;
         });
     }
 }

@@ -149,6 +149,12 @@ TEST(VersionString, JoinsWhatIsKnownAndKeepsTheSeparators) {
         EXPECT_STREQ(reply.data(), c.text.c_str());
         EXPECT_EQ(length, static_cast<int32_t>(c.text.size()));
         EXPECT_EQ(phone.log(), c.log);
+        android::Parcel data;
+        android::Parcel answer;
+        data.writeInterfaceToken(Izyl_kwo_service::descriptor);
+        EXPECT_EQ(service->transact(Izyl_kwo_service::GET_VERSION_STRING, data, &answer), 0);
+        EXPECT_STREQ(answer.readCString(), c.text.c_str());
+        phone.log();
         std::string own(40, 'x');
         EXPECT_EQ(zylDriver().getQuorinVersion(&own[0], 40), c.log.empty() ? 0 : -7);
         if (c.log.empty()) {
