@@ -5,7 +5,7 @@ import re
 
 _NAME = r"[\w][\w.-]*"
 _ROUTE = r"(speaker|lineout|bluetooth)"
-_SET = rf"set( [a-z]+([.-][a-z0-9]+)*=[\w.,+-]+)+"
+_SET = r"set( [a-z]+([.-][a-z0-9]+)*=[\w.,+-]+)+"
 _PRESET_LOAD = rf"preset load {_NAME}"
 _RESTORE = r"restore -"
 _CURVE = r"geq load -"

@@ -2,7 +2,7 @@
 import re
 from typing import NamedTuple
 
-from clang.cindex import Cursor, CursorKind as K, Index
+from clang.cindex import CursorKind as K, Index
 
 OPERATORS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">", "&&": "||",
              "||": "&&", "+": "-", "-": "+", "*": "+", "/": "*", "%": "/", "|": "&", "&": "|",
