@@ -11,7 +11,7 @@ namespace {
 // Whether all of them came through, and none had anything to log.
 bool make(int calls, uint32_t code, const Words& words) {
     Phone phone;
-    const android::sp<zyl_kwo_service> service = phone.startTorvane();
+    const android::sp<zyl_kwo_service> service = phone.start("torvane");
     // Or gains are refused.
     service->setGEQEnable(1);
     for (int i = 0; i < calls; ++i) {

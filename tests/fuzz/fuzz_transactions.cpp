@@ -372,8 +372,8 @@ int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
         }
         roots[g] = open(name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
         enter(roots[g]);
-        if (g == 1) Phone::installTorvane();
-        if (g == 2) Phone::installMaldor();
+        if (g == 1) Phone::install("torvane");
+        if (g == 2) Phone::install("maldor");
         for (const std::string record : kRecords) {
             if (g == 2) std::filesystem::rename(kRecordHead + record, "/etc/zyl/current_" + record);
         }

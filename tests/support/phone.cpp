@@ -13,8 +13,8 @@
 #include <iterator>
 #include <mutex>
 #include <random>
-#include <sstream>
 
+#include "lab/cases/case_table.h"
 #include "lab/cases/story.h"
 #include "lab/conversion/layout.h"
 #include "lab/journal/journal.h"
@@ -53,7 +53,7 @@ std::string makeRoot() {
     return path;
 }
 
-void install(const std::string& directory, std::initializer_list<const char*> names) {
+void installFiles(const std::string& directory, std::initializer_list<const char*> names) {
     for (const char* name : names) writeFile(directory + name, tuningImage(name));
 }
 
@@ -85,26 +85,22 @@ Phone::~Phone() {
     std::filesystem::remove_all(mRoot);
 }
 
-void Phone::installTorvane() {
-    install("/etc/zyl/", {"speaker_0", "speaker_1", "speaker_2", "speaker_off", "lineout_1",
-                          "lineout_3", "bluetooth_0", "bluetooth_1"});
+void Phone::install(const std::string& generation) {
+    if (generation == "torvane") {
+        installFiles("/etc/zyl/", {"speaker_0", "speaker_1", "speaker_2", "speaker_off",
+                                   "lineout_1", "lineout_3", "bluetooth_0", "bluetooth_1"});
+    } else if (generation == "maldor") {
+        installFiles("/data/misc/zyl/", {"current_speaker_on", "current_speaker_off",
+                                         "current_lineout", "current_bluetooth"});
+    }
 }
 
-void Phone::installMaldor() {
-    install("/data/misc/zyl/",
-            {"current_speaker_on", "current_speaker_off", "current_lineout", "current_bluetooth"});
-}
-
-android::sp<zyl_kwo_service> Phone::start() {
+android::sp<zyl_kwo_service> Phone::start(const std::string& generation) {
+    install(generation);
     android::sp<zyl_kwo_service> service = new zyl_kwo_service;
     journal();
     log();
     return service;
-}
-
-android::sp<zyl_kwo_service> Phone::startTorvane() {
-    installTorvane();
-    return start();
 }
 
 std::map<std::string, std::string>& Phone::audioReplies() {
@@ -193,27 +189,18 @@ Answer transact(android::IBinder& service, uint32_t code, const Words& arguments
     return answer;
 }
 
-namespace {
-
-Words wordsOf(const std::string& text) {
-    std::istringstream in(text);
-    Words words;
-    std::string word;
-    while (in >> word) words.push_back(static_cast<int32_t>(strtoll(word.c_str(), nullptr, 0)));
-    return words;
+std::string replyTo(android::IBinder& service, const std::string& call) {
+    android::Parcel data;
+    android::Parcel reply;
+    const uint32_t code = fillCall(call, &data);
+    const android::status_t status = service.transact(code, data, &reply);
+    return replyText(code, status, reply);
 }
 
-}  // namespace
-
-void expectReplies(android::IBinder& service, std::initializer_list<const char*> transactions) {
-    for (const std::string transaction : transactions) {
-        const size_t colon = transaction.find(':');
-        Words arguments = wordsOf(transaction.substr(0, colon));
-        const auto code = static_cast<uint32_t>(arguments.at(0));
-        arguments.erase(arguments.begin());
-        EXPECT_EQ(transact(service, code, arguments),
-                  (Answer{android::NO_ERROR, wordsOf(transaction.substr(colon + 1))}))
-                << transaction;
+void expectReplies(android::IBinder& service, std::initializer_list<const char*> calls) {
+    for (const std::string call : calls) {
+        const size_t colon = call.find(" : ");
+        EXPECT_EQ(replyTo(service, call.substr(0, colon)), call.substr(colon + 3)) << call;
     }
 }
 

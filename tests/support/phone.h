@@ -34,13 +34,11 @@ class Phone {
     // Fails the test if a descriptor was left open or closed twice.
     ~Phone();
 
-    // Sample tunings, each file a tuningImage() of its name.
-    static void installTorvane();
-    static void installMaldor();
+    // Sample tunings of a generation, torvane or maldor, each file a tuningImage() of its name.
+    static void install(const std::string& generation);
 
-    // A service whose start is forgotten: journal and log begin after it.
-    android::sp<zyl_kwo_service> start();
-    android::sp<zyl_kwo_service> startTorvane();
+    // A service on such a phone. Its start is forgotten: journal and log begin after it.
+    android::sp<zyl_kwo_service> start(const std::string& generation = "none");
 
     // Since the last look. A log line is "PRIORITY TAG: TEXT"; only the service's own tags count.
     Lines journal();
@@ -85,7 +83,8 @@ inline std::ostream& operator<<(std::ostream& out, const Answer& answer) {
 Answer transact(android::IBinder& service, uint32_t code, const Words& arguments,
                 const android::String16& token = Izyl_kwo_service::descriptor);
 
-// Transactions that succeed, each as "CODE ARGUMENTS : REPLY" in words of any base.
-void expectReplies(android::IBinder& service, std::initializer_list<const char*> transactions);
+// A call and its reply, as tables of cases have them; or several, each as "CALL : REPLY".
+std::string replyTo(android::IBinder& service, const std::string& call);
+void expectReplies(android::IBinder& service, std::initializer_list<const char*> calls);
 
 #endif  // ZYL_TESTS_SUPPORT_PHONE_H

@@ -27,14 +27,6 @@ std::vector<Table> readTables() {
     return tables;
 }
 
-std::string call(android::IBinder& service, const std::string& text) {
-    android::Parcel data;
-    android::Parcel reply;
-    const uint32_t code = fillCall(text, &data);
-    const android::status_t status = service.transact(code, data, &reply);
-    return replyText(code, status, reply);
-}
-
 using Files = std::map<std::string, Bytes>;
 
 constexpr char kDirectory[] = "/data/misc/zyl/";
@@ -76,12 +68,11 @@ bool isLong() {
 class Sweep {
   public:
     explicit Sweep(const std::string& generation) {
-        if (generation == "torvane") Phone::installTorvane();
-        if (generation == "maldor") Phone::installMaldor();
+        Phone::install(generation);
         writeFile("/etc/zyl/region", tuningImage("region"));
         mService = new zyl_kwo_service;
-        call(*mService, "SET_GEQ_ENABLE 1");
-        call(*mService, "SET_LISTENING_TEST_RESULT 1 2 3 4");
+        replyTo(*mService, "SET_GEQ_ENABLE 1");
+        replyTo(*mService, "SET_LISTENING_TEST_RESULT 1 2 3 4");
         mService.clear();
         mInitial = filesNow();
     }
@@ -135,7 +126,7 @@ class Sweep {
         android::Parcel data;
         android::Parcel reply;
         const uint32_t code = mOperation == "start" ? 0 : fillCall(mOperation, &data);
-        if (code > 3001) call(*mService, kShareRegion);
+        if (code > 3001) replyTo(*mService, kShareRegion);
         mPhone.story();
         Phone::log();
         const long open = openDescriptors();
@@ -200,7 +191,7 @@ class Sweep {
     // Not after a start that could not prepare the cache itself.
     void checkTheDspComesInStep(const Fault& fault) {
         if (fault.calls != kIoctl || mOperation == "start") return;
-        call(*mService, "SET_RELOAD_FLAG 0");
+        replyTo(*mService, "SET_RELOAD_FLAG 0");
         std::vector<Bytes> rebuilt;
         for (unsigned block : {0, 1, 2}) rebuilt.push_back(deviceCalls().model->block(block));
         const sp<zyl_kwo_service> fresh = new zyl_kwo_service;
@@ -243,7 +234,7 @@ std::string answersOf(android::IBinder& service) {
           "GET_ACCESSORY_ZYLCS_TUNING_NAME 2", "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 1",
           "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 2", "GET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING_NAME",
           "GET_LISTENING_TEST_RESULT"}) {
-        text += getter + (": " + call(service, getter)) + "\n";
+        text += getter + (": " + replyTo(service, getter)) + "\n";
     }
     return text;
 }
@@ -270,15 +261,13 @@ class Faults : public testing::TestWithParam<const char*> {};
 
 TEST_P(Cases, ReplyAndActAsTheTableSays) {
     Phone phone;
-    if (GetParam().generation == "torvane") Phone::installTorvane();
-    if (GetParam().generation == "maldor") Phone::installMaldor();
-    sp<zyl_kwo_service> service = phone.start();
+    sp<zyl_kwo_service> service = phone.start(GetParam().generation);
     for (const Case& row : GetParam().cases) {
         SCOPED_TRACE(row.call + " | " + row.story);
         if (row.call == "start") service = nullptr, phone.story();
         if (row.failing >= 0) deviceCalls().model->fail(static_cast<unsigned>(row.failing), 1);
         if (row.call == "start") service = new zyl_kwo_service;
-        EXPECT_EQ(row.call == "start" ? "" : call(*service, row.call), row.reply);
+        EXPECT_EQ(row.call == "start" ? "" : replyTo(*service, row.call), row.reply);
         EXPECT_EQ(phone.storyWithSaves(), row.story);
         deviceCalls().model->reset();
         if (row.call.compare(0, 4, "GET_") == 0 || row.reply.compare(0, 2, "OK") != 0) continue;

@@ -7,7 +7,6 @@
 #include <thread>
 #include <tuple>
 
-#include "lab/cases/case_table.h"
 #include "lab/conversion/layout.h"
 #include "tests/support/call_faults.h"
 #include "tests/support/phone.h"
@@ -17,22 +16,6 @@ using android::sp;
 namespace {
 
 constexpr char kUnnamed[] = "OK \"00000000-0000-0000-0000-000000000000\"";
-
-enum Tunings { kNoTuning, kTorvane, kMaldor };
-
-sp<zyl_kwo_service> startWith(Phone& phone, Tunings tunings) {
-    if (tunings == kTorvane) Phone::installTorvane();
-    if (tunings == kMaldor) Phone::installMaldor();
-    return phone.start();
-}
-
-std::string replyTo(android::IBinder& service, const std::string& call) {
-    android::Parcel data;
-    android::Parcel reply;
-    const uint32_t code = fillCall(call, &data);
-    const android::status_t status = service.transact(code, data, &reply);
-    return replyText(code, status, reply);
-}
 
 // Whether it comes to hold within seconds.
 template <typename Condition>
@@ -48,39 +31,39 @@ bool becomes(Condition condition) {
 
 // If one of them waited for a lock, it would not answer before the lock is given up.
 TEST(Contract, WhatNeedsNoTurnIsAnsweredWhileAnotherHasIt) {
-    const std::tuple<Tunings, const char*, const char*> kCases[] = {
-            {kMaldor, "GET_LISTENING_TEST_RESULT", "OK -1 -1 -1 -1"},
-            {kMaldor, "GET_SPEAKER_ZYLCS_TUNING_NAME", kUnnamed},
-            {kMaldor, "GET_SECOND_SPEAKER_ZYLCS_TUNING_NAME", kUnnamed},
-            {kMaldor, "GET_ACCESSORY_ZYLCS_TUNING_NAME 1", kUnnamed},
-            {kMaldor, "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 2", kUnnamed},
-            {kMaldor, "GET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING_NAME", kUnnamed},
-            {kMaldor, "GET_VERSION_STRING", "\"KwoService=1.0.3.5.0;ConversionLib=3.1.0;;;\""},
-            {kMaldor, "GET_PLATFORM_INFO 0", "00000014"},
-            {kMaldor, "GET_TUNING 0", "NOT_AVAILABLE 0"},
-            {kMaldor, "SET_TUNING 0 1", "NOT_AVAILABLE"},
-            {kMaldor, "SET_ACCESSORY_ZYLCS_TUNING 0 \"\" 0", "BAD_ARGUMENT"},
-            {kTorvane, "SET_SPEAKER_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
-            {kTorvane, "SET_SECOND_SPEAKER_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
-            {kTorvane, "SET_ACCESSORY_ZYLCS_TUNING 1 \"\" 0", "NOT_AVAILABLE"},
-            {kTorvane, "SET_STEREO_ROOM_ZYLCS_TUNING 1 \"\" 0", "NOT_AVAILABLE"},
-            {kTorvane, "SET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
-            {kTorvane, "SET_LISTENING_TEST_RESULT 1 2 3 4", "NOT_AVAILABLE"},
-            {kTorvane, "RESET_LISTENING_TEST_RESULT", "NOT_AVAILABLE"},
-            {kNoTuning, "GET_ENABLED", "FAILED_TRANSACTION"},
-            {kNoTuning, "SET_ENABLED 1", "FAILED_TRANSACTION"},
-            {kNoTuning, "GET_STEREO_MODE", "NOT_AVAILABLE 0"},
-            {kNoTuning, "SET_STEREO_MODE 1", "NOT_AVAILABLE"},
-            {kNoTuning, "GET_GEQ_GAIN 1", "NOT_AVAILABLE 0"},
-            {kNoTuning, "SET_GEQ_GAIN 1 4096", "NOT_AVAILABLE"},
-            {kNoTuning, "SET_GEQ_GAIN_ALL 4096*10", "NOT_AVAILABLE"},
-            {kNoTuning, "GET_GEQ_ENABLE", "NOT_AVAILABLE 0"},
-            {kNoTuning, "SET_GEQ_ENABLE 1", "NOT_AVAILABLE"},
+    const std::tuple<const char*, const char*, const char*> kCases[] = {
+            {"maldor", "GET_LISTENING_TEST_RESULT", "OK -1 -1 -1 -1"},
+            {"maldor", "GET_SPEAKER_ZYLCS_TUNING_NAME", kUnnamed},
+            {"maldor", "GET_SECOND_SPEAKER_ZYLCS_TUNING_NAME", kUnnamed},
+            {"maldor", "GET_ACCESSORY_ZYLCS_TUNING_NAME 1", kUnnamed},
+            {"maldor", "GET_STEREO_ROOM_ZYLCS_TUNING_NAME 2", kUnnamed},
+            {"maldor", "GET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING_NAME", kUnnamed},
+            {"maldor", "GET_VERSION_STRING", "\"KwoService=1.0.3.5.0;ConversionLib=3.1.0;;;\""},
+            {"maldor", "GET_PLATFORM_INFO 0", "00000014"},
+            {"maldor", "GET_TUNING 0", "NOT_AVAILABLE 0"},
+            {"maldor", "SET_TUNING 0 1", "NOT_AVAILABLE"},
+            {"maldor", "SET_ACCESSORY_ZYLCS_TUNING 0 \"\" 0", "BAD_ARGUMENT"},
+            {"torvane", "SET_SPEAKER_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
+            {"torvane", "SET_SECOND_SPEAKER_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
+            {"torvane", "SET_ACCESSORY_ZYLCS_TUNING 1 \"\" 0", "NOT_AVAILABLE"},
+            {"torvane", "SET_STEREO_ROOM_ZYLCS_TUNING 1 \"\" 0", "NOT_AVAILABLE"},
+            {"torvane", "SET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING \"\" 0", "NOT_AVAILABLE"},
+            {"torvane", "SET_LISTENING_TEST_RESULT 1 2 3 4", "NOT_AVAILABLE"},
+            {"torvane", "RESET_LISTENING_TEST_RESULT", "NOT_AVAILABLE"},
+            {"none", "GET_ENABLED", "FAILED_TRANSACTION"},
+            {"none", "SET_ENABLED 1", "FAILED_TRANSACTION"},
+            {"none", "GET_STEREO_MODE", "NOT_AVAILABLE 0"},
+            {"none", "SET_STEREO_MODE 1", "NOT_AVAILABLE"},
+            {"none", "GET_GEQ_GAIN 1", "NOT_AVAILABLE 0"},
+            {"none", "SET_GEQ_GAIN 1 4096", "NOT_AVAILABLE"},
+            {"none", "SET_GEQ_GAIN_ALL 4096*10", "NOT_AVAILABLE"},
+            {"none", "GET_GEQ_ENABLE", "NOT_AVAILABLE 0"},
+            {"none", "SET_GEQ_ENABLE 1", "NOT_AVAILABLE"},
     };
     for (const auto& [tunings, call, reply] : kCases) {
         SCOPED_TRACE(call);
         Phone phone;
-        const sp<zyl_kwo_service> service = startWith(phone, tunings);
+        const sp<zyl_kwo_service> service = phone.start(tunings);
         std::atomic<bool> answered{false};
         std::string got;
         gServiceLock.lock();
@@ -103,7 +86,7 @@ TEST(Contract, TuningDataIsConvertedBeforeItsTurn) {
           "SET_LISTENING_TEST_RESULT 1 2 3 4"}) {
         SCOPED_TRACE(call);
         Phone phone;
-        const sp<zyl_kwo_service> service = startWith(phone, kMaldor);
+        const sp<zyl_kwo_service> service = phone.start("maldor");
         gServiceLock.lock();
         std::thread caller([&] { EXPECT_EQ(replyTo(*service, call), "OK"); });
         EXPECT_TRUE(becomes([&phone] { return !phone.journal().empty(); }));
@@ -116,8 +99,8 @@ TEST(Contract, TuningDataIsConvertedBeforeItsTurn) {
 TEST(Contract, AGenerationIsThereWhenItsTuningCanBeRead) {
     for (int unreadable = 0; unreadable < 3; ++unreadable) {
         Phone phone;
-        Phone::installTorvane();
-        Phone::installMaldor();
+        Phone::install("torvane");
+        Phone::install("maldor");
         Fault fault = {kOpen, 0, EACCES, unreadable == 2};
         if (unreadable > 0) setFault(&fault);
         const sp<zyl_kwo_service> service = new zyl_kwo_service;
@@ -135,7 +118,7 @@ TEST(Contract, TheEqualiserIsLaidOverTheEffect) {
         layout().rows[13].offset = layout().rows[row].offset;
         writeFile(kSettingsFile, bytesOf({3, 0, 3, 1, 3, 0, 4096, 4096, 4096, 4096, 4096, 4096,
                                           4096, 4096, 4096, 4096, 77}));
-        const sp<zyl_kwo_service> service = startWith(phone, kTorvane);
+        const sp<zyl_kwo_service> service = phone.start("torvane");
         EXPECT_EQ(wordAt(deviceCalls().model->block(1), layout().rows[row].offset), 77u) << row;
     }
 }
@@ -145,7 +128,7 @@ TEST(Contract, ARecordKeepsItsSize) {
     for (uint32_t size : {16384u, 61700u, 70000u}) {
         Phone phone;
         layout().words[0] = size;
-        const sp<zyl_kwo_service> service = startWith(phone, kMaldor);
+        const sp<zyl_kwo_service> service = phone.start("maldor");
         replyTo(*service, "SET_SPEAKER_ZYLCS_TUNING \"Id\" 0");
         const Bytes record = readFile("/data/misc/zyl/current_speaker_on");
         EXPECT_EQ(record.size(), kImageSize);
@@ -156,7 +139,7 @@ TEST(Contract, ARecordKeepsItsSize) {
 
 TEST(Contract, AListeningTestIsMarkedInBothHeadphonesRecords) {
     Phone phone;
-    const sp<zyl_kwo_service> service = startWith(phone, kMaldor);
+    const sp<zyl_kwo_service> service = phone.start("maldor");
     const std::pair<const char*, uint32_t> kCalls[] = {{"SET_LISTENING_TEST_RESULT 1 2 3 4", 3},
                                                        {"RESET_LISTENING_TEST_RESULT", 0}};
     for (const auto& [call, mark] : kCalls) {
@@ -175,7 +158,7 @@ TEST(Contract, AListeningTestIsMarkedInBothHeadphonesRecords) {
 TEST(Contract, AListeningTestCountsWhenItsMarkIsOne) {
     for (int mark : {0, 1, 2, 255}) {
         Phone phone;
-        sp<zyl_kwo_service> service = startWith(phone, kMaldor);
+        sp<zyl_kwo_service> service = phone.start("maldor");
         EXPECT_EQ(replyTo(*service, "SET_LISTENING_TEST_RESULT 1 2 3 4"), "OK");
         service = nullptr;
         Bytes file = readFile(kSettingsFile);

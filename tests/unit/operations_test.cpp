@@ -7,7 +7,7 @@ using android::sp;
 
 TEST(SetEnabled, WithoutItsTuningFileItSavesAndWritesNothing) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     remove("/etc/zyl/speaker_off");
     EXPECT_EQ(service->setEnabled(0), -1);
     EXPECT_EQ(wordAt(readFile(kSettingsFile), 4), 0u);
@@ -25,32 +25,34 @@ TEST(SetEnabled, WithoutItsTuningFileItSavesAndWritesNothing) {
 
 TEST(SetTuning, AFileThatCannotBeLoadedRestoresThePreviousNumber) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     writeFile("/etc/zyl/bluetooth_5", Bytes(kImageSize - 1));
-    expectReplies(*service, {"7 0 77 : -2", "6 0 : 0 1", "7 2 5 : -4", "6 2 : 0 0"});
+    expectReplies(*service, {"SET_TUNING 0 77 : TUNING_NOT_LOADABLE", "GET_TUNING 0 : OK 1",
+                             "SET_TUNING 2 5 : TUNING_TOO_SHORT", "GET_TUNING 2 : OK 0"});
     EXPECT_EQ(phone.story(), "");
     EXPECT_FALSE(exists(kSettingsFile));
     // The speaker's file goes by the stored state of the effect; the other routes have no off file.
     service->setEnabled(0);
-    expectReplies(*service, {"7 0 77 : 0", "6 0 : 0 77", "7 2 77 : -2"});
+    expectReplies(*service, {"SET_TUNING 0 77 : OK", "GET_TUNING 0 : OK 77",
+                             "SET_TUNING 2 77 : TUNING_NOT_LOADABLE"});
 }
 
 TEST(SetTuning, LineoutThreeBecomesOneWhereItsFileIsMissing) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     remove("/etc/zyl/lineout_3");
-    expectReplies(*service, {"7 1 3 : 0", "6 1 : 0 1"});
+    expectReplies(*service, {"SET_TUNING 1 3 : OK", "GET_TUNING 1 : OK 1"});
     EXPECT_EQ(wordAt(readFile(kSettingsFile), 16), 1u);
     // Back to what was stored before, not to what the fallback stored in between.
     writeFile("/etc/zyl/lineout_7", tuningImage("lineout_7"));
-    expectReplies(*service, {"7 1 7 : 0"});
+    expectReplies(*service, {"SET_TUNING 1 7 : OK"});
     remove("/etc/zyl/lineout_1");
-    expectReplies(*service, {"7 1 3 : -2", "6 1 : 0 7"});
+    expectReplies(*service, {"SET_TUNING 1 3 : TUNING_NOT_LOADABLE", "GET_TUNING 1 : OK 7"});
 }
 
 TEST(Getters, ReplaceWhatTheirCallerHad) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     service->setActiveRoute(1);
     using Getter = std::function<int32_t(int32_t*)>;
     const Getter kGetters[] = {
@@ -85,14 +87,14 @@ TEST(Operations, RowsOfAnySizeAreWrittenWithZerosBehindTheirValue) {
         setRowSize(layout(), 2, c.size);
         setRowSize(layout(), 3, c.size);
         setRowSize(layout(), 13, c.size);
-        const sp<zyl_kwo_service> service = phone.startTorvane();
-        expectReplies(*service, {"12 1 : 0"});
+        const sp<zyl_kwo_service> service = phone.start("torvane");
+        expectReplies(*service, {"SET_GEQ_ENABLE 1 : OK"});
         EXPECT_EQ(phone.story(), "w13.0=1 w13.2=1 w13.1=1 a");
-        expectReplies(*service, {"5 3 : 0"});
+        expectReplies(*service, {"SET_STEREO_MODE 3 : OK"});
         EXPECT_EQ(phone.story(), "w2.1=3 w2.2=3 a");
-        expectReplies(*service, {"9 0 800 : 0"});
+        expectReplies(*service, {"SET_GEQ_GAIN 0 800 : OK"});
         EXPECT_THAT(phone.story(), testing::StartsWith(std::string("w3.2=") + c.gain + " "));
-        expectReplies(*service, {"15 800 800 800 800 800 800 800 800 800 800 : 0"});
+        expectReplies(*service, {"SET_GEQ_GAIN_ALL 800*10 : OK"});
         EXPECT_EQ(wordAt(readFile(kSettingsFile), 60), 800u);
         EXPECT_THAT(phone.story(),
                     testing::HasSubstr(" w3-12.0" + (c.gains.empty() ? "" : "=" + c.gains) + " "));
@@ -139,7 +141,7 @@ TEST(VersionString, JoinsWhatIsKnownAndKeepsTheSeparators) {
         Phone phone;
         layout().version.reset();
         if (!c.library.empty()) layout().version = c.library;
-        const sp<zyl_kwo_service> service = phone.startTorvane();
+        const sp<zyl_kwo_service> service = phone.start("torvane");
         Phone::audioReplies() = {{"QuorinVersion", c.replies[0]},
                                  {"QuorinDescription", c.replies[1]},
                                  {"QuorinPlatformVersion", c.replies[2]}};

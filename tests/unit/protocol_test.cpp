@@ -85,7 +85,7 @@ class Way : public android::BBinder {
 
 TEST(Dispatcher, TheTokenIsAskedForBeforeAnythingElseAndOnlyByKnownCodes) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     const android::String16 wrong("zyl.kwo.Izyl_kwo_servic");
     const Answer denied = {PERMISSION_DENIED, {}};
     for (const Code& code : kCodes) {
@@ -104,7 +104,7 @@ TEST(Dispatcher, TheTokenIsAskedForBeforeAnythingElseAndOnlyByKnownCodes) {
 // Objects would be read as words, and getDbLevels would hand out this process's addresses.
 TEST(Dispatcher, ObjectsThatACodeDoesNotTakeAreRefusedBeforeAnythingIsRead) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     const Answer levels = transact(*service, 3004, {});
     const auto answerTo = [&service](uint32_t code, bool descriptor, int objects) {
         android::Parcel data;
@@ -130,7 +130,7 @@ TEST(Dispatcher, ObjectsThatACodeDoesNotTakeAreRefusedBeforeAnythingIsRead) {
 
 TEST(Dispatcher, OneWayCallsAreRefusedBeforeTheyAct) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     for (const Code& code : kCodes) {
         android::Parcel data;
         data.writeInterfaceToken(Izyl_kwo_service::descriptor);
@@ -145,7 +145,7 @@ TEST(Dispatcher, OneWayCallsAreRefusedBeforeTheyAct) {
 // The base class reads as many arguments as there are bytes.
 TEST(Dispatcher, WhatThePlatformAsksForIsBoundedBySize) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     for (uint32_t code :
          {android::IBinder::DUMP_TRANSACTION, android::IBinder::SHELL_COMMAND_TRANSACTION,
           android::IBinder::INTERFACE_TRANSACTION}) {
@@ -164,8 +164,7 @@ TEST(Dispatcher, WhatThePlatformAsksForIsBoundedBySize) {
 
 TEST(Dispatcher, AReplyThatCannotBeWrittenIsLoggedAndFails) {
     Phone phone;
-    phone.installMaldor();
-    const sp<zyl_kwo_service> service = phone.start();
+    const sp<zyl_kwo_service> service = phone.start("maldor");
     // So large that the parcel refuses to grow any further.
     constexpr size_t kNearlyFull = 0x58000000;
     android::Parcel full;
@@ -188,7 +187,7 @@ TEST(Dispatcher, AReplyThatCannotBeWrittenIsLoggedAndFails) {
 
 TEST(Dispatcher, ADumpThatCannotBeWrittenIsLogged) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     const int file = memfd_create("dump", MFD_CLOEXEC);
     EXPECT_EQ(service->dump(file, {}), NO_ERROR);
     close(file);
@@ -202,7 +201,7 @@ TEST(Dispatcher, ADumpThatCannotBeWrittenIsLogged) {
 // The speaker's tuning data stays allocated, but not without end; the other codes go on.
 TEST(Dispatcher, TuningDataThatIsKeptIsBounded) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     Words data(1 + (1 << 18) + 1);
     data[0] = 1 << 20;
     // What was announced and did not arrive does not count.
@@ -220,7 +219,7 @@ TEST(Dispatcher, TuningDataThatIsKeptIsBounded) {
 // What was announced counts where it cannot be cut down to what arrived.
 TEST(Dispatcher, TuningDataThatCannotBeMadeSmallerCountsWhole) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     for (int taken = 0; taken < 8; ++taken) {
         Fault third = {kAllocate, 2, ENOMEM};
         setFault(&third);
@@ -233,7 +232,7 @@ TEST(Dispatcher, TuningDataThatCannotBeMadeSmallerCountsWhole) {
 
 TEST(Dispatcher, AFailedOperationIsLoggedInTheWordsOfItsCode) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     remove("/etc/zyl/speaker_1");
     EXPECT_EQ(transact(*service, 3, {1}), (Answer{FAILED_TRANSACTION, {}}));
     EXPECT_EQ(phone.log().back(), logged("Error reading KWO enabled info to reply"));
@@ -243,8 +242,7 @@ TEST(Dispatcher, AFailedOperationIsLoggedInTheWordsOfItsCode) {
 
 TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
     Phone phone;
-    phone.installMaldor();
-    const sp<zyl_kwo_service> service = phone.start();
+    const sp<zyl_kwo_service> service = phone.start("maldor");
     const sp<Izyl_kwo_service> proxy = Izyl_kwo_service::asInterface(new Way(service));
     int32_t value = 0;
     EXPECT_EQ(proxy->setEnabled(7), 0);
@@ -282,7 +280,7 @@ TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
 
 TEST(Proxy, FaultsOfTheWayHaveResultsOfTheirOwn) {
     Phone phone;
-    const sp<Way> way = new Way(phone.startTorvane());
+    const sp<Way> way = new Way(phone.start("torvane"));
     const sp<Izyl_kwo_service> proxy = Izyl_kwo_service::asInterface(way);
     const std::pair<android::status_t, int32_t> kCases[] = {
             {android::DEAD_OBJECT, kZylKwoServiceGone},
@@ -306,7 +304,7 @@ TEST(Proxy, FaultsOfTheWayHaveResultsOfTheirOwn) {
 
 TEST(Proxy, IsNotUsedForAServiceInTheSameProcess) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     const sp<android::IBinder> binder = android::IInterface::asBinder(service.get());
     EXPECT_EQ(Izyl_kwo_service::asInterface(binder).get(), service.get());
     EXPECT_EQ(binder->queryLocalInterface(android::String16("zyl.kwo.Izyl_kwo_service2")), nullptr);

@@ -128,7 +128,7 @@ TEST(SettingsFile, WhateverItHoldsIsTakenOverAsFarAsItGoes) {
         const Bytes good = defaultImage(maldor);
         for (size_t offset = 0; offset <= good.size(); offset += 4) {
             Phone phone;
-            maldor ? phone.installMaldor() : phone.installTorvane();
+            maldor ? phone.install("maldor") : phone.install("torvane");
             remove("/etc/zyl/lineout_3");
             writeFile(kMaskFile, std::string("2,131084,1008"));
             for (size_t size = offset; size < offset + 4; ++size) {
@@ -155,7 +155,7 @@ TEST(SettingsFile, ARecordThatIsTooShortIsSkippedAndNotFoldedInto) {
         for (const std::string name : {"current_lineout", "current_speaker_off"}) {
             SCOPED_TRACE(name + " " + std::to_string(size));
             Phone phone;
-            phone.installMaldor();
+            phone.install("maldor");
             Bytes record = tuningImage(name);
             record.resize(static_cast<size_t>(std::max(size, 0)));
             const std::string path = "/data/misc/zyl/" + name;
@@ -164,16 +164,19 @@ TEST(SettingsFile, ARecordThatIsTooShortIsSkippedAndNotFoldedInto) {
             const bool whole = size >= 61700, lineout = name == "current_lineout";
             EXPECT_THAT(phone.story(),
                         testing::EndsWith(whole || !lineout ? "W0 W1 W2 a" : "W0 W2 a"));
-            const char* const kCalls[] = {"19 5 825058377 0 4 0", "23 1 5 825058377 0 4 0",
-                                          "25 2 5 825058377 0 4 0", "27 5 825058377 0 4 0",
-                                          "29 0 0 0 0"};
+            const char* const kCalls[] = {"SET_SPEAKER_ZYLCS_TUNING \"Id-1\" 4",
+                                          "SET_ACCESSORY_ZYLCS_TUNING 1 \"Id-1\" 4",
+                                          "SET_STEREO_ROOM_ZYLCS_TUNING 2 \"Id-1\" 4",
+                                          "SET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING \"Id-1\" 4",
+                                          "SET_LISTENING_TEST_RESULT 0 0 0 0"};
             service->setEnabled(0);
             for (const std::string call : kCalls) {
-                const bool meant = lineout == (call[0] == '2');
-                const char* const failure = size < 0 || !lineout ? " : -2" : " : -4";
-                expectReplies(*service, {(call + (whole || !meant ? " : 0" : failure)).c_str()});
+                const bool meant = lineout == (call.find("SPEAKER") == std::string::npos);
+                const char* const failure =
+                        size < 0 || !lineout ? "TUNING_NOT_LOADABLE" : "TUNING_TOO_SHORT";
+                EXPECT_EQ(replyTo(*service, call), whole || !meant ? "OK" : failure);
             }
-            expectReplies(*service, {"31 : 0"});
+            expectReplies(*service, {"RESET_LISTENING_TEST_RESULT : OK"});
             EXPECT_TRUE(whole || readFile(path) == record);
         }
     }
@@ -183,12 +186,12 @@ TEST(SettingsFile, ARecordThatIsTooShortIsSkippedAndNotFoldedInto) {
 TEST(SettingsFile, ARecordIsNotTouchedWhereTheLibrarysPipelineIsNoPartOfIt) {
     for (uint32_t size : {0U, kImageSize, kImageSize + 1, UINT32_MAX}) {
         Phone phone;
-        phone.installMaldor();
-        const android::sp<zyl_kwo_service> service = phone.start();
+        const android::sp<zyl_kwo_service> service = phone.start("maldor");
         layout().words[0] = size;
         const bool taken = size == kImageSize;
         phone.log();
-        expectReplies(*service, {taken ? "23 1 1 65 1 0 : 0" : "23 1 1 65 1 0 : -4"});
+        expectReplies(*service, {taken ? "SET_ACCESSORY_ZYLCS_TUNING 1 'A' 1 : OK"
+                                       : "SET_ACCESSORY_ZYLCS_TUNING 1 'A' 1 : TUNING_TOO_SHORT"});
         const std::string reported = size == kImageSize + 1 ? "61701" : "0";
         EXPECT_EQ(phone.log(), taken ? Lines()
                                      : Lines{"6 zyl_settings_struct_maldor: zylKwoErrors "
@@ -206,13 +209,13 @@ TEST(SettingsFile, ARecordIsNotTouchedWhereTheLibrarysPipelineIsNoPartOfIt) {
 // It came with the file, as none that the library refuses is ever kept.
 TEST(SettingsFile, AListeningTestThatCannotBeAppliedAgainDoesNotCostTheTuning) {
     Phone phone;
-    phone.installMaldor();
+    phone.install("maldor");
     for (float first : {1.0F, kFailingTestValue}) {
         Bytes image = defaultImage(true);
         image[offsetof(MaldorSettingsImage, listeningTestSet)] = 1;
         memcpy(&image[offsetof(MaldorSettingsImage, listeningTest)], &first, sizeof(first));
         writeFile(kSettingsFile, image);
-        expectReplies(*phone.start(), {"23 1 1 65 1 0 : 0"});
+        expectReplies(*phone.start(), {"SET_ACCESSORY_ZYLCS_TUNING 1 'A' 1 : OK"});
         EXPECT_EQ(wordAt(readFile("/data/misc/zyl/current_lineout"), 448),
                   first == kFailingTestValue ? 0 : 3);
     }
@@ -239,7 +242,7 @@ TEST(SettingsFile, WhatCannotBeSavedIsLogged) {
     for (const auto& c : kCases) {
         SCOPED_TRACE(testing::Message() << c.call << " " << c.error);
         Phone phone;
-        phone.installMaldor();
+        phone.install("maldor");
         zylSettingsStructMaldor settings;
         zylSettingsStructTorvane torvane;
         Fault fault = {c.call, c.call == kOpen ? 1 : 0, c.error};
@@ -257,7 +260,7 @@ TEST(SettingsFile, WhatCannotBeSavedIsLogged) {
 
 TEST(SettingsFile, ARecordThatFindsNoMemoryIsNotTouched) {
     Phone phone;
-    phone.installMaldor();
+    phone.install("maldor");
     zylSettingsStructMaldor settings;
     const ScopedLock turn(gRecordLock);
     const ImageMemory kept(1);  // what an earlier image has left, of any size

@@ -18,7 +18,7 @@ namespace {
 struct Shared {
     Phone phone;
     const int fd;
-    sp<zyl_kwo_service> service = phone.startTorvane();
+    sp<zyl_kwo_service> service = phone.start("torvane");
 
     explicit Shared(bool file = false)
         : fd(file ? open("/data/misc/zyl/", O_RDWR | O_TMPFILE | O_CLOEXEC, 0600)
@@ -192,7 +192,7 @@ TEST(SharedMemory, GettersAnswerWhileABlockIsCopied) {
         copied = true;
     });
     while (deviceCalls().standing == 0 && !copied) std::this_thread::yield();
-    expectReplies(*s.service, {"4 : 0 2"});
+    expectReplies(*s.service, {"GET_STEREO_MODE : OK 2"});
     EXPECT_FALSE(copied);
     copy.join();
 }

@@ -52,7 +52,7 @@ void expectBlocks(const std::vector<std::string>& tunings, const Overlay& settin
 
 TEST(Start, TorvanePreparesTheCacheAndUploadsItsTunings) {
     Phone phone;
-    phone.installTorvane();
+    phone.install("torvane");
     const sp<zyl_kwo_service> service = new zyl_kwo_service;
     const std::string words =
             " words=0x10015100,0x1011,0x4044,0x0,0x3033,0x6066,0x1001522c,0x5055,0x8088,0x0,0x7077";
@@ -68,13 +68,14 @@ TEST(Start, TorvanePreparesTheCacheAndUploadsItsTunings) {
 
 TEST(Start, MaldorIsPreferredAndWritesItsDefaultSettings) {
     Phone phone;
-    phone.installTorvane();
-    phone.installMaldor();
+    phone.install("torvane");
+    phone.install("maldor");
     const sp<zyl_kwo_service> service = new zyl_kwo_service;
     EXPECT_THAT(phone.log(), kSaysWhatIsMissing);
     expectBlocks({"current_speaker_on", "current_lineout", "current_bluetooth"}, {});
     EXPECT_EQ(readFile(kSettingsFile).size(), 348u);
-    expectReplies(*service, {"6 0 : -9 0", "7 0 1 : -9", "3 0 :"});
+    expectReplies(*service, {"GET_TUNING 0 : NOT_AVAILABLE 0", "SET_TUNING 0 1 : NOT_AVAILABLE",
+                             "SET_ENABLED 0 : empty"});
     EXPECT_EQ(deviceCalls().model->block(0), laidOver("current_speaker_off", 0, {0}));
 }
 
@@ -89,7 +90,7 @@ TEST(Start, SavedSettingsAreLaidOverEachBlock) {
             for (uint32_t band = 0; band < 10; ++band) words.push_back(0x10000 + 1000 + band * 77);
             words.push_back(5);
             writeFile(kSettingsFile, bytesOf(words));
-            const sp<zyl_kwo_service> service = phone.startTorvane();
+            const sp<zyl_kwo_service> service = phone.start("torvane");
             expectBlocks({enabled != 0 ? "speaker_2" : "speaker_off", "lineout_1", "bluetooth_1"},
                          {enabled, 3, 5, 1000, 77}, row27Size);
         }
@@ -105,7 +106,7 @@ TEST(Start, WhatLiesOutsideTheImageIsLeftOut) {
     layout().rows[27].size = UINT32_MAX;
     layout().rows[12].offset = kImageSize - 2;
     layout().rows[25].size = 4 << 20;
-    Phone::installTorvane();
+    Phone::install("torvane");
     const sp<zyl_kwo_service> service = new zyl_kwo_service;
     EXPECT_THAT(phone.log(),
                 testing::Contains("6 ZylcsToQuorinConv: void fillParameterTable(): row "

@@ -65,11 +65,37 @@ void runClients(Client client) {
     for (std::thread& thread : threads) thread.join();
 }
 
+// Holds a lock for as long as it lives, while clients make a call each. None is answered before.
+class Turn {
+  public:
+    Turn(zyl_kwo_service& service, FairLock& lock, std::initializer_list<const char*> calls)
+        : mLock(lock) {
+        mLock.lock();
+        for (const char* call : calls) {
+            mClients.emplace_back([this, &service, call] {
+                expectReplies(service, {call});
+                ++mAnswered;
+            });
+        }
+    }
+    ~Turn() {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        EXPECT_EQ(mAnswered, 0);
+        mLock.unlock();
+        for (std::thread& client : mClients) client.join();
+    }
+
+  private:
+    FairLock& mLock;
+    std::atomic<int> mAnswered{0};
+    std::vector<std::thread> mClients;
+};
+
 }  // namespace
 
 TEST(Threads, AllOperationsAtOnceKeepTheirDescriptorsAndTheirRecordsApart) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
     const int region = memfd_create("region", MFD_CLOEXEC);
     ASSERT_EQ(ftruncate(region, kImageSize), 0);
     ASSERT_EQ(service->setFileDescriptor(region, kImageSize), 0);
@@ -87,25 +113,19 @@ TEST(Threads, AllOperationsAtOnceKeepTheirDescriptorsAndTheirRecordsApart) {
 // Refused calls, too. If one of the others took the lock, this would never end.
 TEST(Threads, OperationsTakeTurnsButForThoseThatNeedNot) {
     Phone phone;
-    const sp<zyl_kwo_service> service = phone.startTorvane();
-    std::atomic<int> answered{0};
-    std::vector<std::thread> waiting;
-    {
-        const ScopedLock turn(gServiceLock);
-        for (const char* call :
-             {"5 2 : 0", "4 : 0 2", "5 4 : -1", "6 0 : 0 1", "6 3 : -1 0", "7 0 1 : 0",
-              "7 0 -1 : -1", "8 0 : 0 4096", "8 10 : -1 0", "9 10 4096 : -1", "15 1 : -1",
-              "12 0 : 0", "13 : 0 0", "41 0 : 0", "1001 0 : 0 2", "1001 3 : -1 0", "3005 : 0"}) {
-            waiting.emplace_back([&answered, &service, call] {
-                expectReplies(*service, {call});
-                ++answered;
-            });
-        }
-        expectReplies(*service, {"32 0 : 0 0", "40 1 : 0", "3001 0 0 : -3", "3002 0 : -3000"});
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        EXPECT_EQ(answered, 0);
-    }
-    for (std::thread& call : waiting) call.join();
+    const sp<zyl_kwo_service> service = phone.start("torvane");
+    const Turn turn(
+            *service, gServiceLock,
+            {"SET_STEREO_MODE 2 : OK", "GET_STEREO_MODE : OK 2", "SET_STEREO_MODE 4 : BAD_ARGUMENT",
+             "GET_TUNING 0 : OK 1", "GET_TUNING 3 : BAD_ARGUMENT 0", "SET_TUNING 0 1 : OK",
+             "SET_TUNING 0 -1 : BAD_ARGUMENT", "GET_GEQ_GAIN 0 : OK 4096",
+             "GET_GEQ_GAIN 10 : BAD_ARGUMENT 0", "SET_GEQ_GAIN 10 4096 : BAD_ARGUMENT",
+             "SET_GEQ_GAIN_ALL 1 : BAD_ARGUMENT", "SET_GEQ_ENABLE 0 : OK", "GET_GEQ_ENABLE : OK 0",
+             "SET_RELOAD_FLAG 0 : OK", "GET_ROUTE_MASK 0 : OK 2",
+             "GET_ROUTE_MASK 3 : BAD_ARGUMENT 0", "SET_DB_GAIN : OK"});
+    expectReplies(*service, {"GET_ACTIVE_ROUTE 0 : OK 0", "SET_ACTIVE_ROUTE 1 : OK",
+                             "SET_FILE_DESCRIPTOR 0 0 : UPLOAD_FAILED",
+                             "FETCH_CACHE_BLOCK 0 : NO_SHARED_REGION"});
 }
 
 // Locks are handed on in the order in which they were asked for.
@@ -142,32 +162,22 @@ TEST(Threads, WhoAskedFirstGetsTheLockFirst) {
 // it, and nobody else does.
 TEST(Threads, NobodyElseWaitsForAConversion) {
     Phone phone;
-    phone.installMaldor();
-    const sp<zyl_kwo_service> service = phone.start();
-    std::atomic<int> answered{0};
-    std::vector<std::thread> waiting;
-    {
-        const ScopedLock turn(gRecordLock);
-        for (const char* call :
-             {"19 1 65 1 0 : 0", "20 1 65 1 0 : 0", "23 1 1 65 1 0 : 0", "25 1 1 65 1 0 : 0",
-              "27 1 65 1 0 : 0", "29 0 0 0 0 : 0", "31 : 0"}) {
-            waiting.emplace_back([&answered, &service, call] {
-                expectReplies(*service, {call});
-                ++answered;
-            });
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        EXPECT_EQ(answered, 0);
-        expectReplies(*service, {"5 3 : 0", "4 : 0 3", "12 1 : 0", "41 0 : 0", "3 1 :"});
-    }
-    for (std::thread& call : waiting) call.join();
+    const sp<zyl_kwo_service> service = phone.start("maldor");
+    const Turn turn(
+            *service, gRecordLock,
+            {"SET_SPEAKER_ZYLCS_TUNING 'A' 1 : OK", "SET_SECOND_SPEAKER_ZYLCS_TUNING 'A' 1 : OK",
+             "SET_ACCESSORY_ZYLCS_TUNING 1 'A' 1 : OK", "SET_STEREO_ROOM_ZYLCS_TUNING 1 'A' 1 : OK",
+             "SET_MULTI_CHANNEL_ROOM_ZYLCS_TUNING 'A' 1 : OK",
+             "SET_LISTENING_TEST_RESULT 0 0 0 0 : OK", "RESET_LISTENING_TEST_RESULT : OK"});
+    expectReplies(*service,
+                  {"SET_STEREO_MODE 3 : OK", "GET_STEREO_MODE : OK 3", "SET_GEQ_ENABLE 1 : OK",
+                   "SET_RELOAD_FLAG 0 : OK", "SET_ENABLED 1 : empty"});
 }
 
 // Of two listening tests one wins, everywhere; and a client's tuning data does not undo a test.
 TEST(Threads, RecordsMemoryAndFileHoldTheSameListeningTest) {
     Phone phone;
-    phone.installMaldor();
-    const sp<zyl_kwo_service> service = phone.start();
+    const sp<zyl_kwo_service> service = phone.start("maldor");
     for (int i = 0; i < 30; ++i) {
         service->resetListeningTestResult();
         runClients([&service](int number) {
@@ -198,8 +208,7 @@ TEST(Threads, RecordsMemoryAndFileHoldTheSameListeningTest) {
 // that it finds.
 TEST(Threads, TuningDataFromAllClientsAtOnceIsKeptWhole) {
     Phone phone;
-    phone.installMaldor();
-    const sp<zyl_kwo_service> service = phone.start();
+    const sp<zyl_kwo_service> service = phone.start("maldor");
     runClients([&service](int number) {
         uint8_t data[] = "client 0";
         data[7] = static_cast<uint8_t>('0' + number);
