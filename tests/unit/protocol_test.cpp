@@ -183,6 +183,12 @@ TEST(Dispatcher, AReplyThatCannotBeWrittenIsLoggedAndFails) {
         }
         EXPECT_EQ(own, code.failure == nullptr ? Lines() : Lines{logged(code.failure)});
     }
+    // Room for the result, but not for what follows it.
+    full.setDataPosition(kNearlyFull - sizeof(int32_t));
+    android::Parcel data;
+    data.writeInterfaceToken(Izyl_kwo_service::descriptor);
+    EXPECT_EQ(service->transact(Izyl_kwo_service::GET_LISTENING_TEST_RESULT, data, &full),
+              FAILED_TRANSACTION);
 }
 
 TEST(Dispatcher, ADumpThatCannotBeWrittenIsLogged) {
