@@ -30,7 +30,7 @@ bool followLink(int directory, SavePath& path, SavePath& target) {
 // end of all symbolic links, by way of `link`. The result is not open, with ENOENT, when there is
 // no file yet.
 Descriptor openTarget(int directory, SavePath& path, SavePath& link) {
-    for (int links = 0; links < kMostLinks; ++links) {
+    for (int links = 0; links <= kMostLinks; ++links) {
         Descriptor file = openFile(path.text, O_WRONLY | O_NOFOLLOW, 0, directory);
         if (file.isOpen() || errno != ELOOP) return file;
         if (!followLink(directory, path, link)) break;

@@ -54,10 +54,12 @@ bool mayClose(int fd, int caller) {
     return owner == caller || (caller == kLibraries && owner == kUnknown);
 }
 
-// A descriptor of its own, so that it can be mixed up with others as a real one can.
-int openAs(Kind kind) {
+// A descriptor of its own, so that it can be mixed up with others as a real one can; of the number
+// that is wanted, if any is.
+int openAs(Kind kind, int wanted = -1) {
     static const int memory = static_cast<int>(syscall(SYS_memfd_create, "device", MFD_CLOEXEC));
-    const int fd = static_cast<int>(syscall(SYS_fcntl, memory, F_DUPFD_CLOEXEC, 3));
+    const auto fd = static_cast<int>(wanted < 0 ? syscall(SYS_fcntl, memory, F_DUPFD_CLOEXEC, 3)
+                                                : syscall(SYS_dup3, memory, wanted, O_CLOEXEC));
     // Binder's is mapped.
     if (!isKnown(fd) || (kind == Kind::kBinder && ftruncate(fd, 4 << 20) != 0)) return -1;
     kinds[fd] = kind;
@@ -77,10 +79,7 @@ int openDsp(int flags) {
         return -1;
     }
     ++current->standing;
-    const int fd = current->opensAs;
-    if (!isKnown(fd)) return openAs(Kind::kDsp);
-    kinds[fd] = Kind::kDsp;
-    return fd;
+    return openAs(Kind::kDsp, current->opensAs);
 }
 
 // There is no other process: a transaction never leaves this one.

@@ -241,7 +241,6 @@ TEST(Descriptors, OneAndZeroAreLikeOthers) {
     Started s;
     writeFile(kMaskFile, std::string("1,2,3"));
     expectInAProcess([&s] {
-        close(1);
         deviceCalls().opensAs = 1;
         return s.driver.sendParamBlock(s.ctrl, kBlockLineout) == 0 && deviceCalls().standing == 0;
     });

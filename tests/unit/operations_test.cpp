@@ -23,6 +23,15 @@ TEST(SetEnabled, WithoutItsTuningFileItSavesAndWritesNothing) {
     EXPECT_EQ(phone.story(), "W1 W2 a");
 }
 
+// Binder's reply does not tell why.
+TEST(SetEnabled, WithoutAGenerationIsNotAvailable) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.start();
+    int32_t value = 0;
+    EXPECT_EQ(service->getEnabled(&value), -9);
+    EXPECT_EQ(service->setEnabled(1), -9);
+}
+
 TEST(SetTuning, AFileThatCannotBeLoadedRestoresThePreviousNumber) {
     Phone phone;
     const sp<zyl_kwo_service> service = phone.start("torvane");

@@ -331,6 +331,23 @@ TEST(SettingsFile, WhatCannotBeSyncedIsLogged) {
     }
 }
 
+TEST(SettingsFile, AsManyLinksAreFollowedAsTheKernelFollows) {
+    for (int links : {40, 41}) {
+        Phone phone;
+        zylSettingsStructTorvane settings;
+        const std::string place = "/data/misc/zyl/";
+        writeFile(place + "0", std::string("old"));
+        for (int i = 1; i < links; ++i) {
+            ASSERT_EQ(symlink(std::to_string(i - 1).c_str(), (place + std::to_string(i)).c_str()),
+                      0);
+        }
+        ASSERT_EQ(symlink(std::to_string(links - 1).c_str(), kSettingsFile), 0);
+        EXPECT_EQ(access(kSettingsFile, W_OK) == 0, links == 40);
+        settings.SaveStruct();
+        EXPECT_EQ(readFile(place + "0") == defaultImage(false), links == 40);
+    }
+}
+
 // Whatever stands in the file's place or beside it: what the file itself allows decides.
 TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
     constexpr char kTarget[] = "/data/misc/zyl/target";
