@@ -61,7 +61,7 @@ enum class ReplaceResult {
 };
 
 // Makes `size` bytes the contents of the file of that name in the directory. Any thread, but one at
-// a time for a name.
+// a time for a SaveDirectory, and for a name.
 //
 // A file that cannot be opened for writing, or that is no regular file, stays as it is, even where
 // its directory would allow to replace it. A symbolic link stays, and its target is saved. A file

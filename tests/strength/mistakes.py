@@ -10,7 +10,7 @@ OPERATORS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">",
 # Calls whose arguments may change places.
 SYMMETRIC = {"calloc", "max", "memcmp", "min", "swap"}
 # What `{}` is as well.
-ZEROS = {"0", "NO_ERROR", "false", "kZylKwoOk", "nullptr"}
+ZEROS = {"0", "NO_ERROR", "android::NO_ERROR", "false", "kZylKwoOk", "nullptr"}
 EXPRESSIONS = (K.CALL_EXPR, K.BINARY_OPERATOR, K.COMPOUND_ASSIGNMENT_OPERATOR, K.UNARY_OPERATOR,
                K.UNEXPOSED_EXPR)
 

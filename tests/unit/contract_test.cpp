@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <thread>
 #include <tuple>
 
@@ -144,14 +145,27 @@ TEST(Contract, AListeningTestIsMarkedInBothHeadphonesRecords) {
                                                        {"RESET_LISTENING_TEST_RESULT", 0}};
     for (const auto& [call, mark] : kCalls) {
         EXPECT_EQ(replyTo(*service, call), "OK");
-        for (const std::string name : {"current_lineout", "current_bluetooth"}) {
+        for (unsigned block : {1, 2}) {
+            const std::string name = block == 1 ? "current_lineout" : "current_bluetooth";
             const Bytes record = readFile("/data/misc/zyl/" + name);
             EXPECT_EQ(wordAt(record, 448), mark) << name;
             EXPECT_FALSE(record == tuningImage(name)) << name;
+            EXPECT_EQ(wordAt(deviceCalls().model->block(block), 448), mark) << name;
         }
         EXPECT_TRUE(readFile("/data/misc/zyl/current_speaker_on") ==
                     tuningImage("current_speaker_on"));
     }
+}
+
+// Each file, and in the end the directory for all of them.
+TEST(Contract, AResetOfTheListeningTestSyncsTheDirectoryOnce) {
+    Phone phone;
+    const sp<zyl_kwo_service> service = phone.start("maldor");
+    Fault none = {kSync, INT_MAX};
+    setFault(&none);
+    EXPECT_EQ(service->resetListeningTestResult(), 0);
+    setFault(nullptr);
+    EXPECT_EQ(none.reached, 4);
 }
 
 // The byte behind the values says that there is a test when it is 1, and nothing else does.

@@ -252,6 +252,15 @@ TEST(Descriptors, OneAndZeroAreLikeOthers) {
     });
 }
 
+TEST(Descriptors, WhatIsReadIsCounted) {
+    Phone phone;
+    writeFile(kMaskFile, std::string("1,2,3"));
+    char text[9];
+    size_t count = 77;
+    EXPECT_FALSE(readFully(openFile(kMaskFile, O_RDONLY), text, sizeof(text), &count));
+    EXPECT_EQ(count, 5U);
+}
+
 TEST(Pipeline, TheLargerOfTwoFreedImagesServesTheNext) {
     constexpr size_t kLarge = 1 << 24;
     expectInAProcess([] {
@@ -272,6 +281,8 @@ TEST(Pipeline, TakesOnlyWhatLiesWhollyInside) {
                                                {1, true},         {kEnd - 4, true},
                                                {kEnd - 3, false}, {1LL << 32, false}};
     const Bytes word = {1, 2, 3, 4};
+    zylQuorinPipelineCtrl bare(zylQuorinPipelineCtrl::kWithoutHeader);
+    EXPECT_EQ(static_cast<void*>(bare.data()), bare.header());
     for (const auto& [offset, taken] : kCases) {
         zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
         ctrl.clear();

@@ -70,6 +70,9 @@ TEST(Getters, ReplaceWhatTheirCallerHad) {
             [&](int32_t* value) { return service->getTuning(1, value); },
             [&](int32_t* value) { return service->getGEQEnable(value); },
             [&](int32_t* value) { return service->getActiveRoute(value); },
+            [&](int32_t* value) {
+                return service->getRouteMask(1, reinterpret_cast<uint32_t*>(value));
+            },
     };
     Words values;
     for (const Getter& getter : kGetters) {
@@ -77,7 +80,7 @@ TEST(Getters, ReplaceWhatTheirCallerHad) {
         EXPECT_EQ(getter(&value), 0);
         values.push_back(value);
     }
-    EXPECT_EQ(values, (Words{1, 2, 3, 0, 1}));
+    EXPECT_EQ(values, (Words{1, 2, 3, 0, 1, 0x2000C}));
 }
 
 // A row may be narrower or wider than what is written to it.

@@ -261,6 +261,9 @@ TEST(Proxy, WhatItSetsArrivesAndWhatItGetsComesBack) {
     EXPECT_EQ(service->getPlatformInfo(&info), 20);
     EXPECT_EQ(service->unsupportedOperation(), -8);
     EXPECT_EQ(proxy->setListeningTestResult(1, 2, 3, 4), 0);
+    float test[] = {77, 77, 77, 77};
+    EXPECT_EQ(service->getListeningTestResult(&test[0], &test[1], &test[2], &test[3]), 0);
+    EXPECT_THAT(test, testing::ElementsAre(1, 2, 3, 4));
     // A name that its blob just holds, and a work area.
     uint8_t data[] = "Tuning";
     uint8_t work[5] = {};
@@ -298,6 +301,7 @@ TEST(Proxy, FaultsOfTheWayHaveResultsOfTheirOwn) {
         int32_t value = 123;
         EXPECT_EQ(proxy->setEnabled(1), result);
         EXPECT_EQ(proxy->getStereoMode(&value), result);
+        EXPECT_EQ(proxy->getEnabled(&value), result);
         EXPECT_EQ(value, 123);
         char text[kVersionStringSize] = "as it was";
         PlatformInfoRecord info = {};
