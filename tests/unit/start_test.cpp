@@ -5,9 +5,10 @@ using android::sp;
 
 namespace {
 
-const auto kSaysWhatIsMissing =
-        testing::ElementsAre(testing::HasSubstr("open file for loading (file://data//misc//zyl//"),
-                             testing::HasSubstr("open file for device mask (file://data//"));
+const auto kSaysWhatIsMissing = testing::ElementsAre(
+        testing::HasSubstr("::LoadStruct(): Error while trying to open file for "
+                           "loading (file://data//misc//zyl//"),
+        testing::HasSubstr("open file for device mask (file://data//"));
 
 struct Overlay {
     uint32_t enabled = 1;
