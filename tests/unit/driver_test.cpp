@@ -120,6 +120,13 @@ TEST(Driver, TheLogTimePropertyLogsNanosecondsOfEachUpload) {
     }
 }
 
+TEST(Driver, UploadsCarryASizeOfZeroUntilItIsKnown) {
+    Phone phone;
+    zylQuorinPipelineCtrl ctrl(zylQuorinPipelineCtrl::kWithHeader);
+    zylDriver().sendParamBlock(ctrl, kBlockLineout);
+    EXPECT_EQ(ctrl.header()->size, 0U);
+}
+
 TEST(Driver, APipelineOfNoSizeThatCanBeIsLogged) {
     constexpr uint32_t kLargest = 4 << 20;
     for (uint32_t size : {0U, kLargest, kLargest + 1, UINT32_MAX}) {

@@ -269,6 +269,7 @@ TEST(SettingsFile, ARecordThatFindsNoMemoryIsNotTouched) {
     setFault(&full);
     EXPECT_EQ(settings.applySpeakerZylcsTuning(true, {&byte, 1, &byte, 0}), -6);
     setFault(nullptr);
+    EXPECT_TRUE(readFile("/data/misc/zyl/current_speaker_on") == tuningImage("current_speaker_on"));
 }
 
 TEST(SettingsFile, IsSavedInADirectoryThatWasMadeAnew) {
@@ -315,7 +316,7 @@ TEST(SettingsFile, WhatCannotBeSyncedIsLogged) {
                  symlink("other/target", kSettingsFile);
              },
              1, "/data/misc/zyl/other/target"},
-            // Written in place, as there is no room for a temporary one.
+            // Written in place, as no temporary one can be made.
             {[] { mkdir("/data/misc/zyl/zyl_kwo_settings.tmp", 0700); }, 0, kSettingsFile},
     };
     for (const auto& c : kCases) {
