@@ -168,14 +168,22 @@ std::vector<int32_t> change(IBinder& service, const Setting& s, int32_t value) {
 }
 
 void keepChanging(const Setting& setting, unsigned long number) {
+    const std::vector<int32_t> kDone = {0};
     sp<IBinder> service = findService();
-    call(*service, Izyl_kwo_service::SET_GEQ_ENABLE, {1});
+    // While the equaliser is off, gains are acknowledged and not kept. The service may die under
+    // this call, too.
+    while (call(*service, Izyl_kwo_service::SET_GEQ_ENABLE, {1}) != kDone) service = findService();
     int32_t kept = -1;
     for (unsigned long i = 0; i < number; ++i) {
         const int32_t value = setting.low + static_cast<int32_t>(i) % setting.count;
         ++counts->calls;
-        if (!change(*service, setting, value).empty()) {
+        const std::vector<int32_t> answer = change(*service, setting, value);
+        if (!answer.empty()) {
             ++counts->done;
+            if (answer != kDone) {
+                ++counts->wrong;
+                fprintf(stderr, "setting %u to %d: answered %d\n", setting.set, value, answer[0]);
+            }
             kept = value;
             continue;
         }

@@ -31,7 +31,7 @@ while [ "$kills" -lt "$wanted" ]; do
     zyl_load changing 4 40 >/tmp/out 2>&1 &
     kill_often $!
     until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
-    wrong="$wrong$(grep '^setting' /tmp/out)"
+    wrong="$wrong$(sed -n 's/^setting.*/& in round '"$rounds"';/p' /tmp/out)"
     died=$((died + $(sed -n 's/.*died=\([0-9]*\).*/\1/p' /tmp/out)))
     size=$(stat -c %s /data/misc/zyl/zyl_kwo_settings)
     [ "$size" -eq 68 ] || torn="$torn $size"
