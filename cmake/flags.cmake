@@ -19,6 +19,9 @@ add_library(zyl::shipped_flags ALIAS zyl_shipped_flags)
 target_link_libraries(zyl_shipped_flags INTERFACE zyl::flags)
 target_compile_options(zyl_shipped_flags
     INTERFACE -fno-exceptions -fno-rtti -Wconversion -Wold-style-cast -Wshadow)
+# What nobody calls is left out, as it is where a phone's own system is built.
+target_compile_options(zyl_shipped_flags INTERFACE -ffunction-sections -fdata-sections)
+target_link_options(zyl_shipped_flags INTERFACE -Wl,--gc-sections)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     # What compilers let older standards use of newer ones.
     target_compile_options(zyl_shipped_flags INTERFACE -Wc++17-extensions -Wc++20-extensions)
