@@ -33,7 +33,7 @@ int32_t zyl_kwo_service::resetListeningTestResult() {
         mMaldor->resetListeningTest(static_cast<zylRoute>(block));
         if (result != 0) break;
     }
-    mSettingsHolder->saveSettings();
+    mMaldor->saveResets();
     if (result == 0) applyForcedParametersAndAnnounce();
     return kZylKwoOk;
 }

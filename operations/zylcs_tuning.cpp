@@ -23,7 +23,7 @@ const TuningName* nameAt(const TuningName (&names)[2], int32_t index) {
 }
 
 // Tuning data begins with its name and a NUL. Without a NUL all of it is the name. No more of it is
-// looked at than can be kept.
+// looked at than can be kept. It is read before the conversion library gets the data.
 std::string nameOf(const ZylcsData& zylcs) {
     const auto* text = reinterpret_cast<const char*>(zylcs.bytes);
     const size_t searched = std::min<size_t>(static_cast<uint32_t>(zylcs.size), kZylcsNameSize - 1);
@@ -34,13 +34,14 @@ std::string nameOf(const ZylcsData& zylcs) {
 
 int32_t zyl_kwo_service::setSpeakerTuning(bool on, const ZylcsData& zylcs) {
     if (mMaldor == nullptr) return kZylKwoNotAvailable;
+    const std::string name = nameOf(zylcs);
     const ScopedLock turn(gRecordLock);
     int32_t result = mMaldor->applySpeakerZylcsTuning(on, zylcs);
     if (result != 0) return result;
     const ScopedLock lock(gServiceLock);
     result = reloadBlocks({kBlockSpeaker}, settings().getEnabled() != 0);
     if (result != 0) return result;
-    return remember(on ? TuningName::kSpeakerOn : TuningName::kSpeakerOff, zylcs);
+    return remember(on ? TuningName::kSpeakerOn : TuningName::kSpeakerOff, name);
 }
 
 int32_t zyl_kwo_service::setSpeakerZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize,
@@ -59,8 +60,8 @@ int32_t zyl_kwo_service::reloadLineoutAndBluetooth() {
 }
 
 // The operations below call this after gServiceLock was released, those above under it.
-int32_t zyl_kwo_service::remember(TuningName which, const ZylcsData& zylcs) {
-    mMaldor->setName(which, nameOf(zylcs));
+int32_t zyl_kwo_service::remember(TuningName which, const std::string& name) {
+    mMaldor->setName(which, name);
     mMaldor->SaveStruct();
     return kZylKwoOk;
 }
@@ -70,6 +71,7 @@ int32_t zyl_kwo_service::setAccessoryZylcsTuning(int32_t route, const uint8_t* z
                                                  int32_t workSize) {
     if (mMaldor == nullptr) return kZylKwoNotAvailable;
     const ZylcsData data = {zylcs, zylcsSize, work, workSize};
+    const std::string name = nameOf(data);
     const ScopedLock turn(gRecordLock);
     // This refuses every other route than lineout and bluetooth.
     int32_t result = mMaldor->applyAccessoryZylcsTuning(static_cast<zylRoute>(route), data);
@@ -78,7 +80,7 @@ int32_t zyl_kwo_service::setAccessoryZylcsTuning(int32_t route, const uint8_t* z
         const ScopedLock lock(gServiceLock);
         result = reloadBlocks({static_cast<CacheBlockType>(route)}, true);
     }
-    return result != 0 ? result : remember(*nameAt(kAccessories, route), data);
+    return result != 0 ? result : remember(*nameAt(kAccessories, route), name);
 }
 
 int32_t zyl_kwo_service::setStereoRoomZylcsTuning(int32_t index, const uint8_t* zylcs,
@@ -86,23 +88,25 @@ int32_t zyl_kwo_service::setStereoRoomZylcsTuning(int32_t index, const uint8_t* 
                                                   int32_t workSize) {
     if (mMaldor == nullptr) return kZylKwoNotAvailable;
     const ZylcsData data = {zylcs, zylcsSize, work, workSize};
+    const std::string name = nameOf(data);
     const ScopedLock turn(gRecordLock);
     int32_t result = mMaldor->applyZylcsStereoRooms(index, data);
     if (result == 0) result = reloadLineoutAndBluetooth();
     if (result != 0) return result;
     // A room with another index is in force all the same, but there is no place for its name.
     const TuningName* const which = nameAt(kStereoRooms, index);
-    return which != nullptr ? remember(*which, data) : int32_t{kZylKwoBadArgument};
+    return which != nullptr ? remember(*which, name) : int32_t{kZylKwoBadArgument};
 }
 
 int32_t zyl_kwo_service::setMultiChannelRoomZylcsTuning(const uint8_t* zylcs, int32_t zylcsSize,
                                                         uint8_t* work, int32_t workSize) {
     if (mMaldor == nullptr) return kZylKwoNotAvailable;
     const ZylcsData data = {zylcs, zylcsSize, work, workSize};
+    const std::string name = nameOf(data);
     const ScopedLock turn(gRecordLock);
     int32_t result = mMaldor->applyZylcsMultiChannelRoom(data);
     if (result == 0) result = reloadLineoutAndBluetooth();
-    return result != 0 ? result : remember(TuningName::kMultiChannelRoom, data);
+    return result != 0 ? result : remember(TuningName::kMultiChannelRoom, name);
 }
 
 int32_t zyl_kwo_service::getName(const TuningName* which, char* name, const int32_t* length) {

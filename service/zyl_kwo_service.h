@@ -166,8 +166,8 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     int32_t setSpeakerTuning(bool on, const ZylcsData& zylcs);
     // Reloads blocks 1 and 2. Takes the lock.
     int32_t reloadLineoutAndBluetooth() ZYL_EXCLUDES(gServiceLock);
-    // Keeps the data's name and saves. Returns 0.
-    int32_t remember(TuningName which, const ZylcsData& zylcs) ZYL_REQUIRES(gRecordLock);
+    // Keeps the name of the data and saves. Returns 0.
+    int32_t remember(TuningName which, const std::string& name) ZYL_REQUIRES(gRecordLock);
     // `which` is null for a route or an index that has no name.
     int32_t getName(const TuningName* which, char* name, const int32_t* length);
 

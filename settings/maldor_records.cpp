@@ -162,5 +162,5 @@ void zylSettingsStructMaldor::resetListeningTest(zylRoute route) {
         setListeningTestState(record, kNoListeningTestApplied);
         return 0;
     };
-    modifyRecord(getTuningFileName(route, true), modify, DirectorySync::kWithTheNext);
+    modifyRecord(getTuningFileName(route, true), modify, DirectorySync::kLater);
 }

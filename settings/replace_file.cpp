@@ -58,26 +58,23 @@ bool isRefused(int error) {
     return error == EISDIR || error == EPERM || error == EACCES || error == EROFS || error == EBUSY;
 }
 
+// Opens the directory of `path`, one behind a link. Leaves its own path in `scratch`.
+Descriptor openDirectoryOf(int directory, const SavePath& path, SavePath& scratch) {
+    scratch.assign(path.text, "");
+    *scratch.name() = '\0';
+    return openFile(scratch.text, O_RDONLY | O_DIRECTORY, 0, directory);
+}
+
+// `parent` is where the file lies, for a sync; without one, a file that is made here may not last.
 ReplaceResult writeInPlace(int directory, const SavePath& path, Descriptor target,
-                           const void* bytes, size_t size) {
-    if (!target.isOpen()) {
-        target = openFile(path.text, O_WRONLY | O_CREAT, kNewFileMode, directory);
-    }
+                           const void* bytes, size_t size, int parent) {
+    const bool made = !target.isOpen();
+    if (made) target = openFile(path.text, O_WRONLY | O_CREAT, kNewFileMode, directory);
     if (!target.isOpen()) return ReplaceResult::kNotOpened;
     const bool written = writeFully(target, bytes, size) &&
                          ftruncate(target.get(), static_cast<off_t>(size)) == 0 &&
-                         fdatasync(target.get()) == 0;
+                         fdatasync(target.get()) == 0 && (!made || fsync(parent) == 0);
     return written ? ReplaceResult::kReplaced : ReplaceResult::kNotWritten;
-}
-
-// Without this, a power cut may still take the new name back although the contents are on the disk.
-// Leaves the directory of `path` in it.
-bool syncDirectoryOf(int directory, SavePath& path) {
-    char* const name = path.name();
-    if (name == path.text) return fsync(directory) == 0;
-    *name = '\0';
-    const Descriptor other = openFile(path.text, O_RDONLY | O_DIRECTORY, 0, directory);
-    return other.isOpen() && fsync(other.get()) == 0;
 }
 
 }  // namespace
@@ -97,19 +94,28 @@ char* SavePath::name() {
     return slash == nullptr ? text : slash + 1;
 }
 
+// One that is not readable is opened each time, as that may have been mended.
 bool SaveDirectory::isCurrent() const {
     struct stat about = {};
-    return mDescriptor.isOpen() && stat(ZYL_DATA_DIRECTORY, &about) == 0 &&
-           about.st_dev == mDevice && about.st_ino == mInode;
+    return mReadable && stat(ZYL_DATA_DIRECTORY, &about) == 0 && about.st_dev == mDevice &&
+           about.st_ino == mInode;
 }
 
 bool SaveDirectory::reopen() {
     mDescriptor = openFile(ZYL_DATA_DIRECTORY, O_RDONLY | O_DIRECTORY);
+    mReadable = mDescriptor.isOpen();
+    if (!mReadable && errno == EACCES) {
+        mDescriptor = openFile(ZYL_DATA_DIRECTORY, O_PATH | O_DIRECTORY);
+    }
     struct stat about = {};
     if (!mDescriptor.isOpen() || fstat(mDescriptor.get(), &about) != 0) return false;
     mDevice = about.st_dev;
     mInode = about.st_ino;
     return true;
+}
+
+void SaveDirectory::sync() const {
+    fsync(forSync());
 }
 
 ReplaceResult replaceFile(SaveDirectory& save, const char* name, const void* bytes, size_t size,
@@ -125,11 +131,20 @@ ReplaceResult replaceFile(SaveDirectory& save, const char* name, const void* byt
     if (old.isOpen() && (fstat(old.get(), &about) != 0 || !S_ISREG(about.st_mode))) {
         return ReplaceResult::kNotOpened;
     }
+    const bool elsewhere = target.name() != target.text;
+    Descriptor other;
+    if (elsewhere) other = openDirectoryOf(directory, target, temporary);
+    const int parent = elsewhere ? other.get() : save.forSync();
     if (!temporary.assign(target.text, ".tmp")) return ReplaceResult::kNotOpened;
+    const auto inPlace = [&] {
+        return writeInPlace(directory, target, std::move(old), bytes, size, parent);
+    };
+    // Without a sync, a power cut may take the new name back although the contents are on the disk.
+    if (parent < 0) return inPlace();
     {
         const mode_t mode = old.isOpen() ? about.st_mode & 07777 : kNewFileMode;
         const Descriptor file = makeTemporary(directory, temporary, mode);
-        if (!file.isOpen()) return writeInPlace(directory, target, std::move(old), bytes, size);
+        if (!file.isOpen()) return inPlace();
         const bool written = (!old.isOpen() || keepMode(file, mode)) &&
                              writeFully(file, bytes, size) && fdatasync(file.get()) == 0;
         if (!written) {
@@ -140,10 +155,9 @@ ReplaceResult replaceFile(SaveDirectory& save, const char* name, const void* byt
     if (renameat(directory, temporary.text, directory, target.text) != 0) {
         const bool refused = isRefused(errno);
         unlinkat(directory, temporary.text, 0);
-        return refused ? writeInPlace(directory, target, std::move(old), bytes, size)
-                       : ReplaceResult::kNotWritten;
+        return refused ? inPlace() : ReplaceResult::kNotWritten;
     }
-    if (sync == DirectorySync::kWithTheNext) return ReplaceResult::kReplaced;
-    return syncDirectoryOf(directory, temporary) ? ReplaceResult::kReplaced
-                                                 : ReplaceResult::kNotWritten;
+    if (sync == DirectorySync::kLater && !elsewhere) return ReplaceResult::kReplaced;
+    if (fsync(parent) != 0) return ReplaceResult::kNotWritten;
+    return elsewhere ? ReplaceResult::kReplaced : ReplaceResult::kSynced;
 }

@@ -37,6 +37,12 @@ class SaveDirectory {
     // -1 when it could not be opened.
     int get() const { return mDescriptor.get(); }
 
+    // The same for a sync, for which it has to be readable; -1 when it is not.
+    int forSync() const { return mReadable ? get() : -1; }
+
+    // Has what was renamed in it outlast a power cut.
+    void sync() const;
+
     // Of the save that is under way. They are not on its stack, as the stacks of all threads that
     // have ever saved would stay larger by them.
     SavePath target;
@@ -44,17 +50,18 @@ class SaveDirectory {
 
   private:
     Descriptor mDescriptor;
+    bool mReadable = false;
     dev_t mDevice = 0;
     ino_t mInode = 0;
 };
 
 // When the directory, and with it the file's new name, has to be on the disk: when the call
-// returns, or when the caller's next call for a file of the same directory does, which then syncs
-// it for both.
-enum class DirectorySync { kNow, kWithTheNext };
+// returns, or later, when the caller has it synced.
+enum class DirectorySync { kNow, kLater };
 
 enum class ReplaceResult {
     kReplaced,   // and on the disk, with DirectorySync::kNow: a power cut from now on loses nothing
+    kSynced,     // the same, and so is whatever else was renamed in the directory
     kNotOpened,  // the file cannot be opened for writing, or not be made; it is untouched
     kNotWritten  // the new contents may not last: the old file is untouched, or, where only the
                  // directory could not be synced, the new one is in place
@@ -68,8 +75,8 @@ enum class ReplaceResult {
 // keeps its mode.
 //
 // The file is replaced through a temporary one beside it, "NAME.tmp". Where that cannot be made, or
-// not be put in place, because of the directory (its rights, a directory of that name, no inode
-// left), the file is written in place. That is not atomic, but it saves what it can.
+// not be put in place to last, because of the directory (its rights, a directory of that name, no
+// inode left), the file is written in place. That is not atomic, but it saves what it can.
 ReplaceResult replaceFile(SaveDirectory& directory, const char* name, const void* bytes,
                           size_t size, DirectorySync sync = DirectorySync::kNow);
 

@@ -89,17 +89,16 @@ void zylSettingsStruct::LoadStruct() {
     }
 }
 
-void zylSettingsStruct::SaveStruct() {
+bool zylSettingsStruct::SaveStruct() {
     const ScopedLock lock(mSaveLock);
-    switch (replaceFile(mDirectory, kSettingsName, &mImage, mTraits.imageSize)) {
-        case ReplaceResult::kReplaced: return;
-        case ReplaceResult::kNotOpened:
-            logError("virtual void", "SaveStruct()",
-                     "Error while trying to open file for saving (file:%s)", kSettingsFile);
-            return;
-        case ReplaceResult::kNotWritten:
-            logError("virtual void", "SaveStruct()", "Error writing settings file ...(file:%s)",
-                     kSettingsFile);
-            return;
+    const ReplaceResult result = replaceFile(mDirectory, kSettingsName, &mImage, mTraits.imageSize);
+    if (result == ReplaceResult::kNotOpened) {
+        logError("virtual void", "SaveStruct()",
+                 "Error while trying to open file for saving (file:%s)", kSettingsFile);
     }
+    if (result == ReplaceResult::kNotWritten) {
+        logError("virtual void", "SaveStruct()", "Error writing settings file ...(file:%s)",
+                 kSettingsFile);
+    }
+    return result == ReplaceResult::kSynced;
 }

@@ -62,9 +62,11 @@ class zylSettingsStruct {
     void setGEQEnable(uint32_t enable) { mImage.geqEnable = enable; }
     uint32_t getGEQEnable() const { return mImage.geqEnable; }
 
-    // Saves the settings file. A failure is logged; the file is then the old or the new one, whole.
-    // Any thread may call it; the file then holds what memory held at the last save.
-    void SaveStruct() ZYL_EXCLUDES(mSaveLock);
+    // Saves the settings file. A failure is logged; the file is then the old or the new one, whole,
+    // unless it had to be written in place (see replace_file.h). Any thread may call it; the file
+    // then holds what memory held at the last save. True when the service's directory was synced
+    // with it, and so whatever else was renamed there.
+    bool SaveStruct() ZYL_EXCLUDES(mSaveLock);
     // Reads the settings file. A missing file gives the defaults. A short file changes the fields
     // that it holds, and the others stay as they were. A file of a newer version is read like any
     // other.

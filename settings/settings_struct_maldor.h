@@ -63,10 +63,10 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
     void setListeningTestValues(float a, float b, float c, float d) ZYL_REQUIRES(gRecordLock);
     void getListeningTestValues(float* a, float* b, float* c, float* d) const;
 
-    // Have the library change the records concerned, and save them. A failure leaves the record for
-    // which it came, and those after it, as they were. A record whose file cannot be opened for
-    // writing counts as saved. When the library reports a pipeline that is larger than a record,
-    // the change is refused with a line in the log.
+    // Have the library change the records concerned, and save them. A failure leaves the records
+    // after the one for which it came as they were, and that one old or new (see replace_file.h). A
+    // record whose file cannot be opened for writing counts as saved. When the library reports a
+    // pipeline that is larger than a record, the change is refused with a line in the log.
 
     // Lineout or bluetooth, others are refused. A listening test that was taken is applied again.
     zylKwoErrors applyAccessoryZylcsTuning(zylRoute route, const ZylcsData& zylcs)
@@ -80,8 +80,12 @@ class zylSettingsStructMaldor : public zylSettingsStruct {
     zylKwoErrors applyListeningTest(float a, float b, float c, float d) ZYL_REQUIRES(gRecordLock);
 
     // Forgets the listening test, here and in the route's record. A record that cannot be read or
-    // written is left as it is. It lasts from the next SaveStruct on.
+    // written is left as it is. It lasts from the next saveResets on.
     void resetListeningTest(zylRoute route) ZYL_REQUIRES(gRecordLock);
+    // Saves the settings, and has the records that were reset last.
+    void saveResets() ZYL_REQUIRES(gRecordLock) {
+        if (!SaveStruct()) mRecordDirectory.sync();
+    }
 
   private:
     // The bytes of a record.

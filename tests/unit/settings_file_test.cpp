@@ -316,8 +316,9 @@ TEST(SettingsFile, WhatCannotBeSyncedIsLogged) {
                  symlink("other/target", kSettingsFile);
              },
              1, "/data/misc/zyl/other/target"},
-            // Written in place, as no temporary one can be made.
+            // Made in place, as no temporary one can be.
             {[] { mkdir("/data/misc/zyl/zyl_kwo_settings.tmp", 0700); }, 0, kSettingsFile},
+            {[] { mkdir("/data/misc/zyl/zyl_kwo_settings.tmp", 0700); }, 1, kSettingsFile},
     };
     for (const auto& c : kCases) {
         Phone phone;
@@ -329,6 +330,42 @@ TEST(SettingsFile, WhatCannotBeSyncedIsLogged) {
         setFault(nullptr);
         EXPECT_EQ(phone.log(), logged(false, kNotWritten)) << c.place;
         EXPECT_EQ(readFile(c.place), defaultImage(false));
+    }
+}
+
+// Each file, and once the directory that the records are renamed in, wherever the settings are.
+TEST(SettingsFile, ResetsOfAListeningTestAreSynced) {
+    struct {
+        std::function<void()> prepare;
+        int syncs;
+    } const kCases[] = {
+            {[] {}, 4},
+            {[] { mkdir("/data/misc/zyl/zyl_kwo_settings.tmp", 0700); }, 4},  // written in place
+            {[] { std::filesystem::remove(kSettingsFile), mkdir(kSettingsFile, 0700); }, 3},
+            {[] {
+                 mkdir("/data/misc/zyl/other", 0700);
+                 std::filesystem::rename(kSettingsFile, "/data/misc/zyl/other/target");
+                 symlink("other/target", kSettingsFile);
+             },
+             5},
+            {[] {  // a record elsewhere
+                 mkdir("/data/misc/zyl/other", 0700);
+                 std::filesystem::rename("/data/misc/zyl/current_lineout",
+                                         "/data/misc/zyl/other/l");
+                 symlink("other/l", "/data/misc/zyl/current_lineout");
+             },
+             5},
+    };
+    for (const auto& c : kCases) {
+        Phone phone;
+        const android::sp<zyl_kwo_service> service = phone.start("maldor");
+        expectReplies(*service, {"SET_GEQ_ENABLE 1 : OK"});
+        c.prepare();
+        Fault none = {kSync, INT_MAX};
+        setFault(&none);
+        EXPECT_EQ(service->resetListeningTestResult(), kZylKwoOk);
+        setFault(nullptr);
+        EXPECT_EQ(none.reached, c.syncs);
     }
 }
 
@@ -383,6 +420,12 @@ TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
                  symlink("target", "/data/misc/zyl/other/link");
              },
              true, 0, 0, 0, "/data/misc/zyl/other/target"},
+            {"a link into a directory that may not be read",
+             [&] {
+                 mkdir("/data/misc/zyl/other", 0700);
+                 make("/data/misc/zyl/other/target"), symlink("other/target", kSettingsFile);
+             },
+             true, kOpen, 2, EACCES, "/data/misc/zyl/other/target"},
             {"a link to nothing", [] { symlink("t", kSettingsFile); }, true, 0, 0, 0,
              "/data/misc/zyl/t"},
             {"a link to itself", [] { symlink("zyl_kwo_settings", kSettingsFile); }, false},
@@ -399,6 +442,14 @@ TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
             {"the same without a file", [&] { mkdir(kTemporary, 0700); }, true},
             {"a directory that may not be written", [&] { make(kSettingsFile); }, true, kOpen, 1,
              EACCES},
+            {"a directory that may be searched and written, but not read",
+             [&] {
+                 // Another one is opened anew.
+                 std::filesystem::remove_all("/data/misc/zyl");
+                 mkdir("/data/misc/zyl", 0700);
+                 make(kSettingsFile);
+             },
+             true, kOpen, 0, EACCES},
             {"no inode left", [&] { make(kSettingsFile); }, true, kOpen, 1, ENOSPC},
             {"a file that may not be replaced", [&] { make(kSettingsFile); }, true, kRename, 0,
              EPERM},
