@@ -1,6 +1,6 @@
 // The dispatcher is the only door into the service. It unpacks a transaction, calls the operation
 // and packs the reply. It runs on any binder thread, takes no lock, and keeps its buffers on the
-// stack or for the length of the call.
+// stack or for the length of the call, but for tuning data of the speaker, which stays allocated.
 //
 // It refuses a transaction of one of the interface's codes, before its arguments are read, with
 //   PERMISSION_DENIED  when the interface token is missing or another one;

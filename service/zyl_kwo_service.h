@@ -94,8 +94,8 @@ class zyl_kwo_service : public Bn_zyl_kwo_service {
     // operations/apply.cpp
     int32_t setReloadFlag(bool forced) override;
 
-    // operations/shared_memory.cpp. None of the three takes a lock, so that copies of whole blocks
-    // keep no other client waiting.
+    // operations/shared_memory.cpp. None of the three takes gServiceLock, so that copies of whole
+    // blocks keep no other client waiting.
     int32_t setFileDescriptor(int fd, int32_t length) override;
     int32_t fetchCacheBlock(int32_t block) override;
     int32_t pushCacheBlock(int32_t block) override;
