@@ -4,6 +4,8 @@
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 BUILD=$ROOT/build
 CACHE=${XDG_CACHE_HOME:-$HOME/.cache}/zyl-kwo
+# What is made here goes onto the phone, where users of all kinds read it.
+umask 022
 
 say() {
     printf '%s\n' "$*" >&2

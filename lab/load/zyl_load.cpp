@@ -217,6 +217,7 @@ void standBy() {
         }
         usleep(2000);
     }
+    if (micros.empty()) return;
     std::sort(micros.begin(), micros.end());
     printf("bystander: asked %zu times, answered within p50 %ld us, p99 %ld us, longest %ld us\n",
            micros.size(), micros[micros.size() / 2], micros[micros.size() * 99 / 100],

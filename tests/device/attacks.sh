@@ -36,7 +36,7 @@ done
 # Two of six wait, and everything else is answered.
 killall -STOP permissiond
 for i in 1 2 3 4 5 6; do
-    as shell nobody dumpsys zyl_kwo_service >/tmp/dump.$i &
+    as shell nobody dumpsys -t 600 zyl_kwo_service >/tmp/dump.$i &
     dumps="$dumps $!"
 done
 until [ "$(cat /tmp/dump.* | grep -c 'busy with other dumps')" -ge 4 ]; do sleep 0.1; done

@@ -63,5 +63,5 @@ stop zyl_kwo_service
 expect_status 'kwoctl without the service says so' 3 kwoctl status
 expect_status 'and does not wait for ever' 3 kwoctl --wait 0.2 status
 (sleep 1; start zyl_kwo_service) >/dev/null 2>&1 &
-expect_status 'but as long as it is told' 0 kwoctl --wait 20 stereo
+expect_status 'but as long as it is told' 0 kwoctl --wait 300 stereo
 end_of_cases

@@ -59,10 +59,15 @@ story() {
     new /run/journal | zyl_play -
 }
 
+# await SERVICE: until it is registered.
+await() {
+    until service check "$1" | grep -q ': found'; do sleep 0.1; done
+}
+
 restart_service() {
     stop zyl_kwo_service
     start zyl_kwo_service
-    until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
+    await zyl_kwo_service
 }
 
 # clean_start GENERATION: the service anew, with the generation's samples and no settings.

@@ -63,7 +63,7 @@ again() {
     stop ueventd
     start ueventd
     start dspd
-    for _ in 1 2 3 4 5 6 7 8 9 10; do
+    for _ in $(seq 120); do
         [ "$(owner /dev/zyl_quorin 2>/dev/null)" != "$1" ] || break
         sleep 0.5
     done

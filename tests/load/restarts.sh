@@ -24,7 +24,7 @@ end_of() {
 }
 again() {
     start "$1"
-    until service check "$2" | grep -q ': found'; do sleep 0.1; done
+    await "$2"
 }
 
 # Each leaves all as it was before.

@@ -1,6 +1,7 @@
 """What drives the panel for its tests and its picture: a phone, the server and a browser."""
 
 import base64
+import contextlib
 import os
 import shlex
 import subprocess
@@ -27,6 +28,8 @@ class Phone:
         self._unplugged = Path(tempfile.mkdtemp()) / "unplugged"
 
     def __enter__(self):
+        # One may be up that a run left when it was broken off.
+        subprocess.run([*self._run, "--stop"], stderr=subprocess.DEVNULL)
         subprocess.run([*self._run, "--keep", *self._options, "--", "true"], check=True)
         return self
 
@@ -87,7 +90,8 @@ class Panel:
             children.setdefault(int(parent), []).append(int(stat.parent.name))
         for server in children.get(self._process.pid, []):
             for child in children.get(server, []):
-                os.kill(child, 15)
+                with contextlib.suppress(ProcessLookupError):
+                    os.kill(child, 15)
 
 
 def browser() -> webdriver.Chrome:
