@@ -43,6 +43,12 @@ expect 'started by hand it works as well, with the same settings' '00000000 0000
 restart_service
 expect 'and back' '00000000 00000001' "$(reply 4)"
 
+chmod 370 /data/misc/zyl
+expect 'it saves in a directory that it may search and write, but not read' 00000000 "$(reply 5 i32 2)"
+chmod 770 /data/misc/zyl
+restart_service
+expect 'which lasts' '00000000 00000002' "$(reply 4)"
+
 # Each time all but one thing is as the service needs it: its user's rights, or the policy's type.
 without() {
     expect "without $1 it fails" "$2" "$(reply 5 i32 1) $(new_log | grep -c 'open file for saving')"
