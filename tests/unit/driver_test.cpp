@@ -76,6 +76,7 @@ TEST(Driver, ADeviceThatOpensAsZeroStaysOpen) {
     deviceCalls().opensAs = 0;
     for (int n = 0; n < 2; ++n) EXPECT_EQ(s.driver.sendParamBlock(s.ctrl, kBlockLineout), 0);
     EXPECT_EQ(deviceCalls().opens, 1);
+    EXPECT_EQ(deviceCalls().sleptMicros, 0);
     EXPECT_EQ(deviceCalls().zeroCloses, 0);
     // It serves nobody who has not opened it.
     deviceCalls().missing = INT_MAX;
@@ -191,6 +192,20 @@ TEST(Driver, ATuningFileLoadsWholeOrNotAtAll) {
                 << block;
         EXPECT_EQ(s.phone.log(), Lines());
     }
+}
+
+TEST(Driver, ATuningFileThatCannotBeReadIsAShortOne) {
+    Started s;
+    writeFile("/data/misc/zyl/tuning", tuningImage("tuning"));
+    Fault broken = {kRead, 0, EIO};
+    setFault(&broken);
+    EXPECT_EQ(s.driver.LoadParamBlock(s.ctrl, kBlockLineout, "tuning"), -4);
+    setFault(nullptr);
+}
+
+// The sanitizer looks.
+TEST(Pipeline, AParameterOfAnySizeHasRoom) {
+    for (uint32_t size = 0; size < 9; ++size) memset(ParameterBuffer(size).payload(), 1, size);
 }
 
 // In a process of its own, as limits and descriptors are the whole process's.

@@ -189,16 +189,18 @@ TEST(ProxyCalls, AreOnTheWireAsTheProtocolSays) {
     }
 }
 
-// A record of the right size, and two that are not.
+// A record of the right size, two that are not, and one that is cut short.
 TEST(ProxyCalls, ThePlatformsRecordIsTakenWhole) {
-    for (int32_t size : {20, 19, 21}) {
+    for (const auto& [size, words] : {std::pair(20, 6), {19, 6}, {21, 6}, {20, 5}}) {
         const android::sp<Recorder> recorder = new Recorder;
         recorder->reply = {size, 20, 0x302E3112, 0x352E332E, 0x0000302E, 3};
+        recorder->reply.resize(words);
         PlatformInfoRecord info = {};
         const int32_t result = Proxy::asInterface(recorder)->getPlatformInfo(&info);
-        EXPECT_EQ(result, size == 20 ? 0 : -20003);
-        EXPECT_EQ(info.platformType, size == 20 ? 3 : 0);
-        EXPECT_STREQ(info.version, size == 20 ? "1.0.3.5.0" : "");
+        const bool whole = size == 20 && words == 6;
+        EXPECT_EQ(result, whole ? 0 : -20003);
+        EXPECT_EQ(info.platformType, whole ? 3 : 0);
+        EXPECT_STREQ(info.version, whole ? "1.0.3.5.0" : "");
         android::Parcel expected;
         EXPECT_EQ(recorder->code, fillCall("GET_PLATFORM_INFO 1", &expected));
         EXPECT_TRUE(recorder->sent ==

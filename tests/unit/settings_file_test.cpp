@@ -369,6 +369,19 @@ TEST(SettingsFile, ResetsOfAListeningTestAreSynced) {
     }
 }
 
+TEST(SettingsFile, ARecordIsSyncedBeforeTheCallGoesOn) {
+    Phone phone;
+    phone.install("maldor");
+    zylSettingsStructMaldor settings;
+    const ScopedLock turn(gRecordLock);
+    uint8_t byte = 0;
+    Fault none = {kSync, INT_MAX};
+    setFault(&none);
+    EXPECT_EQ(settings.applySpeakerZylcsTuning(true, {&byte, 1, &byte, 0}), kZylKwoOk);
+    setFault(nullptr);
+    EXPECT_EQ(none.reached, 2);  // the file and its directory
+}
+
 TEST(SettingsFile, AsManyLinksAreFollowedAsTheKernelFollows) {
     for (int links : {40, 41}) {
         Phone phone;
@@ -406,6 +419,7 @@ TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
             {"a file that may not be written", [&] { make(kSettingsFile); }, false, kOpen, 0,
              EACCES},
             {"a directory", [] { mkdir(kSettingsFile, 0700); }, false},
+            {"no directory", [] { std::filesystem::remove_all("/data/misc/zyl"); }, false},
             {"a FIFO", [] { mkfifo(kSettingsFile, 0600); }, false},
             {"a socket", [] { mknod(kSettingsFile, S_IFSOCK | 0600, 0); }, false},
             {"a device", [] { mknod(kSettingsFile, S_IFCHR | 0600, makedev(1, 3)); }, false},
@@ -426,6 +440,13 @@ TEST(SettingsFile, WhatCanBeOpenedForWritingIsSavedAndKeepsItsModeAndItsLink) {
                  make("/data/misc/zyl/other/target"), symlink("other/target", kSettingsFile);
              },
              true, kOpen, 2, EACCES, "/data/misc/zyl/other/target"},
+            {"a link to a link with a whole path in another directory",
+             [&] {
+                 mkdir("/data/misc/zyl/other", 0700);
+                 symlink("other/link", kSettingsFile);
+                 make(kTarget), symlink(kTarget, "/data/misc/zyl/other/link");
+             },
+             true, 0, 0, 0, kTarget},
             {"a link to nothing", [] { symlink("t", kSettingsFile); }, true, 0, 0, 0,
              "/data/misc/zyl/t"},
             {"a link to itself", [] { symlink("zyl_kwo_settings", kSettingsFile); }, false},
