@@ -5,10 +5,10 @@
 //     W1  R1         block 1 is written, or read, as a whole
 //     w2.1=3         row 2 of block 1 is written with the value 3; r2.1 is read
 //     w3-12.1=7,8    rows 3 to 12, which lie side by side, are written at once
-//     a              new parameters are announced; that every write is announced goes without
-//     saying Speaker(1,48000,5,4)=-4    a conversion, with its numbers and, if it failed, its
-//     result s              the settings are saved; only where whoever writes the journal can see
-//     it
+//     a              new parameters are announced; a write that is announced says no more of it
+//     s              the settings are saved; only where whoever writes the journal can see it
+//     Speaker(1,48000,5,4)=-4
+//                    a conversion, with its numbers and, if it failed, its result
 //
 // In front, x says that a request failed and ! that it was refused. Behind, ~ says that a write was
 // not announced, and [SIZE@OFFSET] that it had another size or offset than its row. What has no

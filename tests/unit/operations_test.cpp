@@ -113,6 +113,14 @@ TEST(Operations, RowsOfAnySizeAreWrittenWithZerosBehindTheirValue) {
     }
 }
 
+TEST(Operations, AResetClearsTheWholeRowOfAListeningTest) {
+    Phone phone;
+    setRowSize(layout(), 28, 8);
+    const sp<zyl_kwo_service> service = phone.start("maldor");
+    expectReplies(*service, {"RESET_LISTENING_TEST_RESULT : OK"});
+    EXPECT_EQ(phone.story(), "w28.1=0 w28.2=0 a");
+}
+
 // A reply of the audio system has to fit as a whole, though what precedes the key is not copied.
 TEST(VersionString, JoinsWhatIsKnownAndKeepsTheSeparators) {
     const std::string head = "KwoService=1.0.3.5.0";
