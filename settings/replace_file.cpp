@@ -105,6 +105,7 @@ bool SaveDirectory::reopen() {
     mDescriptor = openFile(ZYL_DATA_DIRECTORY, O_RDONLY | O_DIRECTORY);
     mReadable = mDescriptor.isOpen();
     if (!mReadable && errno == EACCES) {
+        // One in which files can be reached all the same, but which cannot be synced.
         mDescriptor = openFile(ZYL_DATA_DIRECTORY, O_PATH | O_DIRECTORY);
     }
     struct stat about = {};
