@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -51,14 +52,17 @@ std::vector<Rule> readRules() {
     return rules;
 }
 
-void applyTo(const std::string& path, const std::vector<Rule>& rules) {
+void makeReady(const std::string& path, const std::vector<Rule>& rules) {
     const char* node = path.c_str();
     if (!restoreContext(node)) perror(node);
-    for (auto rule = rules.rbegin(); rule != rules.rend(); ++rule) {
-        if (fnmatch(rule->path.c_str(), node, FNM_PATHNAME) != 0) continue;
-        if (chmod(node, rule->mode) != 0 || chown(node, rule->user, rule->group) != 0) perror(node);
-        return;
+    const auto rule = std::find_if(rules.rbegin(), rules.rend(), [node](const Rule& one) {
+        return fnmatch(one.path.c_str(), node, FNM_PATHNAME) == 0;
+    });
+    if (rule != rules.rend() &&
+        (chmod(node, rule->mode) != 0 || chown(node, rule->user, rule->group) != 0)) {
+        perror(node);
     }
+    fprintf(stderr, "ueventd: %s is ready\n", node);
 }
 
 // The node of a message "add@PATH", NUL, "KEY=VALUE", NUL, ...; empty for any other message.
@@ -87,7 +91,7 @@ int main() {
     }
     // After the first message can be heard, so that no node is missed.
     for (const auto& entry : std::filesystem::directory_iterator("/dev")) {
-        if (entry.is_character_file() || entry.is_block_file()) applyTo(entry.path(), rules);
+        if (entry.is_character_file() || entry.is_block_file()) makeReady(entry.path(), rules);
     }
     while (true) {
         char message[8192];
@@ -95,8 +99,6 @@ int main() {
         if (size <= 0) continue;
         message[size] = '\0';
         const std::string node = nodeThatCame(message, static_cast<size_t>(size));
-        if (node.empty()) continue;
-        applyTo(node, rules);
-        fprintf(stderr, "ueventd: %s is ready\n", node.c_str());
+        if (!node.empty()) makeReady(node, rules);
     }
 }
