@@ -16,7 +16,7 @@ kill_service() {
     while [ -d "/proc/$pid" ]; do sleep 0.1; done
 }
 found() {
-    until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
+    await zyl_kwo_service
 }
 
 story >/dev/null

@@ -30,7 +30,7 @@ expect 'Maldor needs no Torvane files' '00000000 00000002' "$(reply 4)"
 stop zyl_kwo_service
 new_log >/dev/null
 as shell 2950:audio zyl_kwo_service -stub >>/run/log/zyl_kwo_service 2>&1 &
-until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
+await zyl_kwo_service
 expect '-stub is announced' 'ZylcsToQuorinConv I zyl_kwo_service Starting in stub mode (not opening driver)' \
     "$(new_log | sed -n 2p)"
 expect 'and changes nothing else' 'S185100 C0' "$(story | cut -d ' ' -f 1,2 | sed 's/^.* S/S/')"

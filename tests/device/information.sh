@@ -17,7 +17,7 @@ stop audiod
 expect 'without an audio system there is still a version' "$prefix;;;" "$(version)"
 expect 'and a setter still works' 00000000 "$(reply 5 i32 3)"
 start audiod
-until service check media.audio_flinger | grep -q ': found'; do sleep 0.1; done
+await media.audio_flinger
 story >/dev/null
 expect 'announcements find the audio system again' 'w2.1=1 w2.2=1 a' \
     "$(reply 5 i32 1 >/dev/null && story)"

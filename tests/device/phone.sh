@@ -10,7 +10,7 @@ expect 'threads may take over a caller'\''s priority' 40 \
     "$(awk '/^Max nice/ { print $4 }' "/proc/$(pidof zyl_kwo_service)/limits")"
 take_name test.name first &
 first=$!
-until service check test.name | grep -q ': found'; do sleep 0.1; done
+await test.name
 take_name test.name second &
 second=$!
 expect_status 'of two services under a name the newest wins' 0 \

@@ -37,7 +37,7 @@ expect 'all of it by the policy' '' "$(denials)"
 # From a shell, as its user, which is how somebody looks for a fault: nothing of what it kept is lost.
 stop zyl_kwo_service
 as shell 2950:audio zyl_kwo_service -stub >/tmp/out 2>&1 &
-until service check zyl_kwo_service | grep -q ': found'; do sleep 0.1; done
+await zyl_kwo_service
 expect 'started by hand it works as well, with the same settings' '00000000 00000003 00000000 1' \
     "$(reply 4) $(reply 5 i32 1) $(grep -c 'in stub mode' /tmp/out)"
 restart_service
